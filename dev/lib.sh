@@ -1,0 +1,47 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash
+# What every developer command shares. Source it; it runs nothing by itself.
+
+project_root() {
+    cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd
+}
+
+die() {
+    printf '%s: %s\n' "${0##*/}" "$1" >&2
+    exit 1
+}
+
+# The packages of dev/packages.txt that are not installed, one a line.
+missing_packages() {
+    local package
+    while read -r package; do
+        # Two files with the same name on a file system do not matter here: only the state counts.
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || printf '%s\n' "$package"
+    done < <(sed 's/#.*//; /^[[:space:]]*$/d' "$(project_root)/dev/packages.txt")
+}
+
+# Installs what is missing; KESTRO_SKIP_INSTALL=1 skips it.
+install_packages() {
+    [ "${KESTRO_SKIP_INSTALL:-0}" != 1 ] || return 0
+    local missing
+    mapfile -t missing < <(missing_packages)
+    [ "${#missing[@]}" -gt 0 ] || return 0
+    [ "$(id -u)" = 0 ] || die "these packages are missing (install them or run as root): ${missing[*]}"
+    printf 'Installing %s\n' "${missing[*]}"
+    apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build_preset NAME [TARGET…]: configures build/NAME and builds it.
+build_preset() {
+    local preset=$1
+    shift
+    local root
+    root=$(project_root)
+    (
+        cd -- "$root"
+        cmake --preset "$preset" -Wno-dev >"$root/build/$preset.configure.log" 2>&1 ||
+            { cat "$root/build/$preset.configure.log"; exit 1; }
+        cmake --build --preset "$preset" ${1:+--target "$@"}
+    )
+}
