@@ -39,7 +39,7 @@ build_preset() {
     local root
     root=$(project_root)
     (
-        cd -- "$root"
+        cd -- "$root" || exit
         cmake --preset "$preset" -Wno-dev >"$root/build/$preset.configure.log" 2>&1 ||
             { cat "$root/build/$preset.configure.log"; exit 1; }
         cmake --build --preset "$preset" ${1:+--target "$@"}
