@@ -26,8 +26,8 @@ namespace Sandbox {
 /// Moves the process into the sandbox by executing the program again, and returns when it is inside. Where the host
 /// allows no namespace at all it prints the reason and ends the process with exit code 77. Call it before anything
 /// else: no thread may run yet.
-/// @param sourceDirectory the project's sources, made visible inside
-void enter(char** argv, const char* sourceDirectory);
+/// @param argv the arguments of main()
+void enter(char** argv);
 
 /// Whether this process runs inside the sandbox. True only on the sandbox's own root, whatever the environment says.
 [[nodiscard]] bool isInside();
@@ -35,8 +35,8 @@ void enter(char** argv, const char* sourceDirectory);
 /// Ends the process with a message unless isInside(). Whatever could harm the host calls it first.
 void requireInside();
 
-/// Empties the private folders and gives "/proc/cmdline", "/proc/swaps" and "/sys/firmware" their first content: for
-/// the start of each test function.
+/// Empties the private folders other than "/tmp" and gives "/proc/cmdline", "/proc/swaps" and "/sys/firmware" their
+/// first content: for the start of each test function.
 void reset();
 
 /// A new empty folder with an absolute path; another one with each call.
@@ -48,7 +48,7 @@ void writeFile(const QString& path, const QByteArray& content);
 /// The content of a file; empty when it cannot be read.
 [[nodiscard]] QByteArray readFile(const QString& path);
 
-/// Sets the content of "/proc/cmdline". At first it is "BOOT_IMAGE=/boot/vmlinuz root=UUID=…" with a newline.
+/// Sets the content of "/proc/cmdline". At first it is "quiet" and a newline.
 void setKernelCommandLine(const QByteArray& content);
 
 /// Sets the content of "/proc/swaps". At first it is the heading line only.
@@ -61,7 +61,7 @@ void setUefi(bool uefi);
 template <class Test>
 int run(int argc, char** argv)
 {
-    enter(argv, KESTRO_SOURCE_DIR);
+    enter(argv);
     const QCoreApplication application(argc, argv);
     Test test;
     return QTest::qExec(&test, argc, argv);

@@ -11,7 +11,7 @@ namespace Sandbox {
 template <class Test>
 int runWidgets(int argc, char** argv)
 {
-    enter(argv, KESTRO_SOURCE_DIR);
+    enter(argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
