@@ -68,7 +68,7 @@ void enter(char** argv)
 bool isInside()
 {
     struct statfs root = {};
-    return statfs("/", &root) == 0 && root.f_type == OVERLAYFS_SUPER_MAGIC
+    return statfs("/", &root) == 0 && (root.f_type == OVERLAYFS_SUPER_MAGIC || root.f_type == TMPFS_MAGIC)
         && QFile::exists(QLatin1StringView(SandboxRoot::ownFolder));
 }
 

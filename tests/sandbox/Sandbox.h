@@ -13,6 +13,7 @@
 /// "/run", "/media", "/tmp", "/home/kestro", "/lib/kestro-recovery-gui" and "/sys/firmware"; "/dev" holds no disk;
 /// "/proc/cmdline" and "/proc/swaps" are files of the sandbox (ordinary ones: they have a size, other than the real
 /// ones). What lies on other file systems of the host is not there, except the project's sources and build (read-only).
+/// Without root it works in a user namespace: then "/usr" is the host's (read-only), "/etc" a copy, all else empty.
 ///
 /// A test uses it as its main function:
 /// @code

@@ -20,13 +20,28 @@ namespace SandboxRoot {
 
 namespace {
 
+constexpr int exitSkipped = 77;
 constexpr const char* scaffold = "/tmp";
 const std::string host = std::string(ownFolder) + "/host";
 
+bool ownsInitialUserNamespace()
+{
+    std::ifstream map("/proc/self/uid_map");
+    unsigned long inside = 1;
+    unsigned long outside = 1;
+    unsigned long count = 0;
+    map >> inside >> outside >> count;
+    return inside == 0 && outside == 0 && count == 0xFFFFFFFFUL;
+}
+
+bool privileged = false;
+
+// Some hosts grant a user namespace but no mounts in it: without privileges a failing step is a reason to skip.
 [[noreturn]] void fail(const std::string& step)
 {
-    std::fprintf(stderr, "sandbox: %s: %s\n", step.c_str(), std::strerror(errno));
-    std::_Exit(EXIT_FAILURE);
+    std::printf("%s: sandbox: %s: %s\n", privileged ? "FAIL" : "SKIP", step.c_str(), std::strerror(errno));
+    std::fflush(stdout);
+    std::_Exit(privileged ? EXIT_FAILURE : exitSkipped);
 }
 
 void makeFolder(const std::string& path)
@@ -91,16 +106,6 @@ void makeReadOnly(const std::string& target)
     mountAt("none", target, nullptr, flags);
 }
 
-bool ownsInitialUserNamespace()
-{
-    std::ifstream map("/proc/self/uid_map");
-    unsigned long inside = 1;
-    unsigned long outside = 1;
-    unsigned long count = 0;
-    map >> inside >> outside >> count;
-    return inside == 0 && outside == 0 && count == 0xFFFFFFFFUL;
-}
-
 bool unshareWithUser()
 {
     const std::string user = std::to_string(geteuid());
@@ -114,16 +119,51 @@ bool unshareWithUser()
     return true;
 }
 
-std::string mountOverlay()
+void mountOverlay(const std::string& root)
 {
     const std::string base = scaffold;
-    mountMemory(base);
-    for (const char* folder : {"/upper", "/work", "/root"}) {
-        makeFolder(base + folder);
+    makeFolder(base + "/upper");
+    makeFolder(base + "/work");
+    mountAt("overlay", root, "overlay", 0, "lowerdir=/,upperdir=" + base + "/upper,workdir=" + base + "/work");
+}
+
+// In a user namespace the host's mounts are locked together and root's folders cannot be written, so that no overlay
+// works: programs and libraries are bound, settings copied, and every other folder is empty.
+void composeRoot(const std::string& root)
+{
+    mountMemory(root);
+    makeFolder(root + "/usr");
+    bind("/usr", root + "/usr");
+    makeReadOnly(root + "/usr");
+    for (const char* folder : {"/etc", "/lib", "/opt", "/var", "/boot", "/root", "/proc", "/sys"}) {
+        makeFolder(root + folder);
     }
-    const std::string options = "lowerdir=/,upperdir=" + base + "/upper,workdir=" + base + "/work";
-    mountAt("overlay", base + "/root", "overlay", 0, ownsInitialUserNamespace() ? options : options + ",userxattr");
-    return base + "/root";
+    std::filesystem::create_directory_symlink("usr/bin", root + "/bin");
+    std::filesystem::create_directory_symlink("usr/sbin", root + "/sbin");
+    std::filesystem::create_directory_symlink("usr/lib64", root + "/lib64");
+    // "/lib" is a folder of links, because the product's own one in there must be writable.
+    for (const auto& entry : std::filesystem::directory_iterator("/usr/lib")) {
+        std::filesystem::create_symlink(entry.path(), root + "/lib/" + entry.path().filename().string());
+    }
+    // What this user may not read stays out.
+    for (const auto& entry : std::filesystem::directory_iterator("/etc")) {
+        std::error_code unreadable;
+        std::filesystem::copy(entry.path(), root + "/etc/" + entry.path().filename().string(),
+            std::filesystem::copy_options::recursive | std::filesystem::copy_options::copy_symlinks, unreadable);
+    }
+}
+
+std::string mountRoot()
+{
+    mountMemory(scaffold);
+    const std::string root = std::string(scaffold) + "/root";
+    makeFolder(root);
+    if (privileged) {
+        mountOverlay(root);
+    } else {
+        composeRoot(root);
+    }
+    return root;
 }
 
 void changeRoot(const std::string& root)
@@ -206,6 +246,7 @@ std::vector<int> openFolders(const std::vector<std::string>& folders)
 
 bool unshareMounts()
 {
+    privileged = geteuid() == 0 && ownsInitialUserNamespace();
     return (geteuid() == 0 && unshare(CLONE_NEWNS) == 0) || unshareWithUser();
 }
 
@@ -213,7 +254,7 @@ void build(const std::vector<std::string>& keptFolders)
 {
     mountAt("none", "/", nullptr, MS_REC | MS_PRIVATE);
     const std::vector<int> descriptors = openFolders(keptFolders);
-    changeRoot(mountOverlay());
+    changeRoot(mountRoot());
     mountKernelViews();
     mountDevices();
     mountPrivateFolders();

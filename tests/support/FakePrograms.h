@@ -20,12 +20,13 @@ public:
     /// How a fake answers. All parts are optional; they take effect in the order in which they stand here.
     struct Reply
     {
-        int delayMs = 0;    ///< waits before everything else
-        QByteArray out;     ///< bytes for standard output, as they are
-        QByteArray err;     ///< bytes for standard error, as they are
-        QByteArray snippet; ///< bash code, run with the call's arguments as "$@" ($0 is the program) and real programs
-        int exitCode = 0;   ///< exit code; with a snippet that fails, the snippet's own one is used instead
-        int signal = 0;     ///< when not 0 the program kills itself with this signal
+        int delayMs = 0;     ///< waits before everything else
+        QByteArray out = {}; ///< bytes for standard output, as they are
+        QByteArray err = {}; ///< bytes for standard error, as they are
+        QByteArray snippet =
+            {};           ///< bash code, run with the call's arguments as "$@" ($0 is the program) and real programs
+        int exitCode = 0; ///< exit code; with a snippet that fails, the snippet's own one is used instead
+        int signal = 0;   ///< when not 0 the program kills itself with this signal
     };
 
     FakePrograms();
@@ -43,11 +44,12 @@ public:
     void reply(const QStringList& call, const QByteArray& out = {});
 
     /// Lets calls that begin so run the real program. Only inside the sandbox, and never for a program that acts on
-    /// the machine beyond the file system (reboot, poweroff, mkswap, systemctl, kestro-clone, …): that ends the process.
+    /// the machine beyond the file system (reboot, poweroff, mkswap, systemctl, kestro-clone, …): that ends the
+    /// process.
     void passThrough(const QStringList& call);
 
     /// Puts a fake at an absolute path of the sandbox; its calls carry that path as the program.
-    void installAt(const QString& path);
+    void installAt(const QString& absolutePath);
 
     /// The recorded calls in the order in which they began, each as program and arguments.
     [[nodiscard]] QList<QStringList> calls() const;

@@ -15,8 +15,8 @@ class FakeUDisksObjects;
 /// A stand-in for the UDisks2 daemon on the private system bus, which it starts.
 ///
 /// It lists its objects unsorted, devices without a file system first, and its byte strings end with a NUL, as the real
-/// one does. Nothing is ever mounted: a mount is recorded and shows the prepared folder as the mount point. It answers on
-/// a thread of its own, so the product may block on it. Several fakes may follow one another in one process.
+/// one does. Nothing is ever mounted: a mount is recorded and shows the prepared folder as the mount point. It answers
+/// on a thread of its own, so the product may block on it. Several fakes may follow one another in one process.
 class FakeUDisks
 {
 public:
