@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "gui/tasks/Task.h"
+
+#include <QJsonArray>
+#include <QString>
+#include <QStringList>
+
+/// Restores a backup directory: proves first that every image in it belongs to this machine, then writes the images
+/// and extracts the archives.
+class ManualRestoreTask : public Task
+{
+    Q_OBJECT
+
+public:
+    /// Builds and starts the task from the steps of the pending task as soon as the event loop runs.
+    ManualRestoreTask(const QJsonArray& tasks, QObject* parent = nullptr);
+
+    /// Builds and starts the task for one backup directory, given by its absolute path, as soon as the event loop runs.
+    ManualRestoreTask(const QString& fromPath, QObject* parent = nullptr);
+
+private Q_SLOTS:
+    void onTaskFinished();
+
+private:
+    void setTasks(const QJsonArray& tasks);
+    void setJobs(const QString& fromPath);
+    void clearTargets();
+    bool addImage(const QString& filePath);
+    bool addDiskImage(const QString& filePath);
+    bool addPartitionImage(const QString& filePath);
+    bool addArchives(const QString& directory, const QStringList& names);
+    void unmountDrive();
+    bool fetchImageRecord(const QString& filePath);
+    bool fetchDiskInfo(const QString& filePath);
+    [[nodiscard]] QString targetDiskOf(const QString& filePath) const;
+    [[nodiscard]] QString fetchDataInfo(const QString& archive) const;
+    [[nodiscard]] bool checkFromPathIsExists() const;
+    void restoreSwapUuid();
+    [[nodiscard]] QString swapUuidUnder(const QString& mountPoint) const;
+
+    QString m_diskDrive;         ///< drive of the last whole-disk image; not cleared between images
+    QString m_uuid;              ///< partition of the last partition image; not cleared between images
+    QString m_version;           ///< record version of the last image that has one
+    QString m_fromPath;          ///< the backup directory
+    QStringList m_mountsToClear; ///< where "opt" and "var" make room for what the archives hold
+};

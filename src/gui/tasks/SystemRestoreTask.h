@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "gui/tasks/Task.h"
+
+#include <QJsonArray>
+#include <QString>
+
+/// Puts the initial system images of the recovery partition back, then wipes the users' data or only cleans their
+/// desktops, and moves "opt" and "var" to the data partition where there is a separate one.
+///
+/// When the recovery partition cannot be mounted the task neither starts nor fails: see Task::isStarted().
+class SystemRestoreTask : public Task
+{
+    Q_OBJECT
+
+public:
+    /// Builds and starts the task from the steps of the pending task as soon as the event loop runs.
+    SystemRestoreTask(const QJsonArray& tasks, QObject* parent = nullptr);
+
+    /// Builds and starts the task as soon as the event loop runs.
+    /// @param formatData true wipes the users' data
+    SystemRestoreTask(const bool& formatData, QObject* parent = nullptr);
+
+private Q_SLOTS:
+    void onTaskFinished();
+
+private:
+    void setTasks(const QJsonArray& tasks);
+    void setJobs();
+    bool addInitialImage(const QString& directory, const QString& entry);
+    void removeUserData();
+    void cleanDesktops(const QString& dataMountPoint);
+    void cleanDesktop(const QString& desktop);
+    void wipeHome(const QString& dataMountPoint);
+    void wipeTopLevel(const QString& dataMountPoint);
+    void fixDataPartition();
+    bool forceRemove(const QString& path);
+
+    bool m_refreshDataPartition = false; ///< wipe the users' data
+    QString m_systemUUID;                ///< the partition of the last initial image that names one
+};
