@@ -1,0 +1,209 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The boot-repair scripts on a disk of loop devices, with stand-ins for the firmware and for the system's own GRUB."""
+import json
+import os
+import pathlib
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+import loopdisk
+
+HERE = pathlib.Path(__file__).resolve().parent
+SCRIPTS = HERE.parents[1] / "scripts"
+EFI, BOOT, ROOT, FOREIGN = range(4)
+# The firmware interface and the kernel command line as the script shall see them, in a namespace of the call.
+STAGE = 'mount --make-rprivate / && mount -t tmpfs none /sys/firmware && { [ "$1" != uefi ] || mkdir /sys/firmware/efi; } &&' \
+        ' mount --bind "$2" /proc/cmdline && shift 2 && exec "$@"'
+
+
+def efi_file_system():
+    kinds = pathlib.Path("/proc/filesystems").read_text().split()
+    return ["mkfs.vfat"] if "vfat" in kinds else ["mkfs.ext4", "-q"]
+
+
+class BootScripts(unittest.TestCase):
+    def setUp(self):
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.folder = pathlib.Path(holder.name)
+        (self.folder / "tmp").mkdir()
+        ext4 = ["mkfs.ext4", "-q"]
+        self.disk = loopdisk.LoopDisk(self.folder, [(40, efi_file_system()), (16, ext4), (16, ext4), (16, ext4)])
+        self.addCleanup(self.disk.detach)
+        self.install_system()
+        self.firmware(entries={"0000": [True, "Windows", r"HD(1,GPT,11-22,0x800,0x1)/File(\EFI\Microsoft\bootmgfw.efi)"]},
+                      order=["0000"])
+        (self.folder / "cmdline").write_text(f"quiet root=UUID={self.disk.uuid(ROOT)} splash\n")
+
+    def install_system(self):
+        with self.disk.mounted(ROOT) as root:
+            for folder in ("etc", "boot", "usr/sbin", "dev", "proc", "sys", "run"):
+                (root / folder).mkdir(parents=True)
+            (root / "etc/fstab").write_text(
+                f"# made by the installer\nUUID={self.disk.uuid(ROOT)} / ext4 defaults 0 1\n"
+                f"UUID={self.disk.uuid(BOOT)}  /boot  ext4 defaults 0 2\n"
+                f"UUID={self.disk.uuid(EFI)}\t/boot/efi\tauto umask=0077 0 2\n")
+            (root / "etc/os-release").write_text('NAME="Test OS"\nVERSION_ID=1\nID="testos"\n')
+            for tool in ("grub-install", "grub-mkconfig"):
+                (root / "usr/sbin" / tool).touch(0o755)
+        with self.disk.mounted(BOOT) as boot:
+            (boot / "efi").mkdir()
+            (boot / "grub").mkdir()
+
+    def put_loaders(self, **files):
+        with self.disk.mounted(EFI) as efi:
+            for name, text in files.items():
+                path = efi / "EFI" / name.replace("__", "/").replace("_efi", ".efi")
+                path.parent.mkdir(parents=True, exist_ok=True)
+                path.write_text(text)
+
+    def loaders(self):
+        with self.disk.mounted(EFI) as efi:
+            return {str(path.relative_to(efi)): path.read_text() for path in sorted(efi.rglob("*.[eE][fF][iI]"))}
+
+    def firmware(self, **content):
+        file = self.folder / "firmware"
+        if content:
+            file.write_text(json.dumps(content))
+        return json.loads(file.read_text())
+
+    def command(self, booted, script, *words):
+        return ["unshare", "--mount", "sh", "-c", STAGE, "sh", booted, str(self.folder / "cmdline"),
+                str(SCRIPTS / script), *words]
+
+    def environment(self, **more):
+        calls = self.folder / "calls"
+        calls.write_text("")
+        return {**os.environ, "PATH": f"{HERE / 'fakes'}:/usr/sbin:/usr/bin:/sbin:/bin", "CALLS": str(calls),
+                "FIRMWARE": str(self.folder / "firmware"), "DISK": self.disk.device,
+                "TMPDIR": str(self.folder / "tmp"), **more}
+
+    def call(self, booted, script, *words, **more):
+        """The exit code, what the installed system's tools were called with, and the printed text."""
+        result = subprocess.run(self.command(booted, script, *words), env=self.environment(**more), text=True,
+                                capture_output=True, check=False)
+        self.assert_nothing_left(result.stderr)
+        calls = (self.folder / "calls").read_text().splitlines()
+        return result.returncode, calls, result.stdout + result.stderr
+
+    def assert_nothing_left(self, text):
+        self.assertNotIn(self.disk.device, pathlib.Path("/proc/self/mountinfo").read_text(), text)
+        self.assertEqual(os.listdir(self.folder / "tmp"), [], text)
+
+    def own_entry(self, loader):
+        return f"HD(1,GPT,{self.disk.partition_uuid(EFI)},0x800,0x100000)/File({loader})"
+
+    def test_ten_repairs_leave_one_entry_and_a_fallback(self):
+        self.put_loaders(testos__shimx64_efi="shim", testos__grubx64_efi="grub", other__grubx64_efi="other")
+        own = self.own_entry(r"\EFI\testos\shimx64.efi")
+        updater = [True, "Linux-Firmware-Updater", own + r"\.f.w.u.p.d."]
+        other_disk = [True, "testos", r"HD(1,GPT,33-44,0x800,0x1)/File(\EFI\testos\shimx64.efi)"]
+        self.firmware(entries={"0003": [True, "Windows", "x"], "0001": [False, "testos", own], "0004": updater,
+                               "0007": other_disk, "0002": [True, "testos", own.lower()]},
+                      order=["0003", "0002", "0004", "0007", "0001"])
+        for _ in range(10):
+            code, calls, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+            self.assertEqual((code, calls), (0, []), text)
+        self.assertEqual(self.firmware(), {
+            "entries": {"0003": [True, "Windows", "x"], "0001": [True, "testos", own], "0004": updater,
+                        "0007": other_disk},
+            "order": ["0001", "0003", "0004", "0007"]})
+        self.assertEqual(self.loaders(), {
+            "EFI/BOOT/BOOTX64.EFI": "shim", "EFI/BOOT/grubx64.efi": "grub", "EFI/other/grubx64.efi": "other",
+            "EFI/testos/grubx64.efi": "grub", "EFI/testos/shimx64.efi": "shim"})
+
+    def test_a_missing_entry_is_made_and_a_fallback_is_never_replaced(self):
+        self.put_loaders(testos__grubx64_efi="grub", BOOT__bootx64_efi="somebody's")
+        for _ in range(2):
+            code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+            self.assertEqual(code, 0, text)
+        self.assertEqual(self.firmware()["order"], ["0001", "0000"])
+        self.assertEqual(self.firmware()["entries"]["0001"],
+                         [True, "testos", self.own_entry(r"\EFI\testos\grubx64.efi")])
+        self.assertEqual(self.loaders()["EFI/BOOT/bootx64.efi"], "somebody's")
+        self.assertEqual(len(self.loaders()), 2)
+
+    def test_an_empty_efi_partition_gets_grub(self):
+        code, calls, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+        self.assertEqual((code, calls), (0, ["grub-install --target=x86_64-efi --efi-directory=/boot/efi "
+                                             "--bootloader-id=testos --no-nvram --recheck"]), text)
+        self.assertEqual(self.loaders(), {"EFI/BOOT/BOOTX64.EFI": "new\n", "EFI/testos/grubx64.efi": "new\n"})
+        self.assertEqual(self.firmware()["order"], ["0001", "0000"])
+
+    def test_grub_that_cannot_be_installed(self):
+        for loader, code in ((None, 1), ("old", 0)):
+            with self.subTest(loader):
+                if loader:
+                    self.put_loaders(testos__grubx64_efi=loader)
+                self.assertEqual(self.call("uefi", "reset-grub", self.disk.parts[EFI], self.disk.parts[BOOT],
+                                           GRUB_FAILS="1")[0], code)
+        self.assertEqual(self.loaders()["EFI/testos/grubx64.efi"], "old")
+
+    def test_bios(self):
+        expected = [f"grub-install --target=i386-pc --recheck {self.disk.device}",
+                    "grub-mkconfig -o /boot/grub/grub.cfg"]
+        boot = self.disk.parts[BOOT]
+        for script, words in (("resetEFI", (boot, "legacy", self.disk.device)), ("reset-grub", ("", boot)),
+                              ("reset-grub", ("", ""))):
+            with self.subTest(words):
+                code, calls, text = self.call("bios", script, *words)
+                self.assertEqual((code, calls), (0, expected), text)
+        self.assertEqual(self.call("bios", "reset-grub", "", boot, GRUB_FAILS="1")[:2], (1, expected[:1]))
+
+    def test_the_system_is_found_without_the_command_line(self):
+        (self.folder / "cmdline").write_text("quiet\n")
+        code, _, text = self.call("bios", "reset-grub", "", self.disk.parts[BOOT])
+        self.assertEqual(code, 0, text)
+
+    def test_refusals_change_nothing(self):
+        before = self.disk.checksum()
+        efi, boot, _, foreign = self.disk.parts
+        for booted, script, words in (
+                ("uefi", "resetEFI", (foreign,)), ("uefi", "resetEFI", ("/dev/null",)), ("uefi", "resetEFI", ("",)),
+                ("uefi", "resetEFI", (f"{efi};reboot",)), ("uefi", "resetEFI", ()), ("uefi", "reset-grub", ("", boot)),
+                ("bios", "resetEFI", (boot, "legacy", boot)), ("bios", "resetEFI", (foreign, "legacy", self.disk.device)),
+                ("bios", "resetEFI", (boot, "modern", self.disk.device)), ("bios", "reset-grub", (boot, efi))):
+            with self.subTest(f"{booted} {script} {words}"):
+                code, calls, text = self.call(booted, script, *words)
+                self.assertNotEqual(code, 0)
+                self.assertEqual(calls, [])
+                self.assertNotEqual(text, "")
+        self.assertEqual(self.disk.checksum(), before)
+        self.assertEqual(self.firmware()["order"], ["0000"])
+
+    def test_a_dry_run_only_prints(self):
+        self.put_loaders(testos__grubx64_efi="grub")
+        before = self.disk.checksum()
+        for booted, script, words, expected in (
+                ("uefi", "resetEFI", (self.disk.parts[EFI],), "would run: 'efibootmgr' '--quiet' '--create-only'"),
+                ("uefi", "reset-grub", (self.disk.parts[EFI], self.disk.parts[BOOT]), "'--target=x86_64-efi'"),
+                ("bios", "reset-grub", ("", self.disk.parts[BOOT]), "'--target=i386-pc'")):
+            with self.subTest(script):
+                code, calls, text = self.call(booted, script, "--dry-run", *words)
+                self.assertEqual((code, calls), (0, []), text)
+                self.assertIn(expected, text)
+        self.assertEqual(self.disk.checksum(), before)
+        self.assertEqual(len(self.firmware()["entries"]), 1)
+
+    def test_an_interrupted_repair_leaves_nothing(self):
+        started = self.folder / "started"
+        process = subprocess.Popen(self.command("bios", "reset-grub", "", self.disk.parts[BOOT]), text=True,
+                                   env=self.environment(GRUB_WAITS=str(started)), start_new_session=True,
+                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        deadline = time.monotonic() + 30
+        while not started.exists() and time.monotonic() < deadline:
+            time.sleep(0.05)
+        self.assertTrue(started.exists(), "the repair never came to GRUB")
+        os.killpg(process.pid, signal.SIGTERM)
+        text = process.communicate(timeout=30)[0]
+        self.assertEqual(process.returncode, 143, text)
+        self.assert_nothing_left(text)
+
+
+if __name__ == "__main__":
+    loopdisk.skip_without_loop_devices()
+    unittest.main()
