@@ -11,20 +11,28 @@ die() {
     exit 1
 }
 
-# The packages of dev/packages.txt that are not installed, one a line.
+# listed_packages [GROUP…]: the packages of dev/packages.txt: the common ones and those of the groups.
+listed_packages() {
+    awk -v groups=" $* " '
+        { sub(/#.*/, ""); gsub(/[[:space:]]/, "") }
+        /^\[.*\]$/ { group = substr($0, 2, length($0) - 2); next }
+        NF && (group == "" || index(groups, " " group " "))
+    ' "$(project_root)/dev/packages.txt"
+}
+
+# The listed packages that are not installed, one a line.
 missing_packages() {
     local package
     while read -r package; do
-        # Two files with the same name on a file system do not matter here: only the state counts.
         [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || printf '%s\n' "$package"
-    done < <(sed 's/#.*//; /^[[:space:]]*$/d' "$(project_root)/dev/packages.txt")
+    done < <(listed_packages "$@")
 }
 
-# Installs what is missing; KESTRO_SKIP_INSTALL=1 skips it.
+# install_packages [GROUP…]: installs what is missing; KESTRO_SKIP_INSTALL=1 skips it.
 install_packages() {
     [ "${KESTRO_SKIP_INSTALL:-0}" != 1 ] || return 0
     local missing
-    mapfile -t missing < <(missing_packages)
+    mapfile -t missing < <(missing_packages "$@")
     [ "${#missing[@]}" -gt 0 ] || return 0
     [ "$(id -u)" = 0 ] || die "these packages are missing (install them or run as root): ${missing[*]}"
     printf 'Installing %s\n' "${missing[*]}"
