@@ -31,8 +31,8 @@ public:
         QString table;              ///< for a partition: the name of its whole disk
         QString mountDirectory;     ///< the folder that Mount answers with; empty means "/media/root/UUID"
         QByteArrayList mountPoints; ///< where it is mounted at first
-        QString mountError;         ///< when not empty, Mount fails with this text
-        QString unmountError;       ///< when not empty, Unmount fails with this text
+        QString mountError;         ///< when not null, Mount fails with this text (which may be empty)
+        QString unmountError;       ///< when not null, Unmount fails with this text
         int mountDelayMs = 0;       ///< how long Mount takes
         bool filesystem = true;     ///< whether the device has the Filesystem interface; never without an idType
 

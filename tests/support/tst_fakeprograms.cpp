@@ -211,7 +211,8 @@ void FakeProgramsTest::dangerousProgramsNeverPass()
     }
     for (const char* program : {"reboot", "mkswap", "kestro-clone", "/sbin/poweroff"}) {
         qputenv("KESTRO_FAKES_INNER", program);
-        const Ended ended = runProgram({QCoreApplication::applicationFilePath(), u"dangerousProgramsNeverPass"_s});
+        const Ended ended = runProgram(
+            {QCoreApplication::applicationFilePath(), u"dangerousProgramsNeverPass"_s, u"-nocrashhandler"_s});
         QVERIFY2(ended.code < 0 && (ended.out + ended.err).contains("never runs for real"), ended.out + ended.err);
     }
     qunsetenv("KESTRO_FAKES_INNER");

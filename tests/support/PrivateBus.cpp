@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/PrivateBus.h"
+#include "sandbox/Sandbox.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+
+#include <csignal>
+
+#include <sys/prctl.h>
+
+using namespace Qt::StringLiterals;
+
+namespace PrivateBus {
+
+namespace {
+
+constexpr const char* configuration =
+    R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <listen>unix:tmpdir=/tmp</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_type="*" send_destination="*"/>
+    <allow receive_type="*"/>
+  </policy>
+</busconfig>
+)";
+
+QString startDaemon()
+{
+    const QString file = Sandbox::freshFolder() + u"/bus.conf"_s;
+    Sandbox::writeFile(file, configuration);
+    auto* daemon = new QProcess(QCoreApplication::instance());
+    daemon->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    daemon->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    daemon->start(u"/usr/bin/dbus-daemon"_s, {u"--nofork"_s, u"--print-address=1"_s, u"--config-file="_s + file});
+    while (!daemon->canReadLine()) {
+        if (!daemon->waitForReadyRead(10000)) {
+            qFatal("the private bus does not start: %s", qPrintable(daemon->errorString()));
+        }
+    }
+    QObject::connect(QCoreApplication::instance(), &QCoreApplication::destroyed, daemon, &QProcess::kill);
+    return QString::fromUtf8(daemon->readLine().trimmed());
+}
+
+} // namespace
+
+QString start()
+{
+    static const QString address = [] {
+        const QString started = startDaemon();
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", started.toUtf8());
+        return started;
+    }();
+    return address;
+}
+
+} // namespace PrivateBus
