@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 #include <QSharedPointer>
 #include <QString>
@@ -32,10 +33,14 @@ public:
     /// All lines of the file; empty when it does not exist (with a warning) or cannot be opened.
     static FSTabInfoList getFSTabFromFile(const QString& fileName);
 
-    /// The UUID that an entry's "UUID=" device names; empty for every other kind of device.
+    /// The lines of an fstab's content. Only a line of exactly six fields has its fields filled: a mount with fewer or
+    /// more is never treated as one. Content that ends in a line break ends with an empty entry.
+    [[nodiscard]] static FSTabInfoList parseFSTab(const QByteArray& content);
+
+    /// The UUID that an entry's "UUID=" device names; empty for every other kind of device and for null.
     [[nodiscard]] static QString getUUID(const FSTabInfoPtr& entry);
 
-    /// The first entry that names the UUID, or null.
+    /// The first entry that names the UUID, or null. An empty UUID names nothing, here and below.
     [[nodiscard]] static FSTabInfoPtr findByUUID(const FSTabInfoList& list, const QString& uuid);
 
     /// Whether the fstab under @p rootDir mounts the UUID exactly at "/".

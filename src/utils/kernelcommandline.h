@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QString>
 
 /// What the kernel was booted with ("/proc/cmdline"); a field is empty when its parameter is absent.
@@ -14,3 +16,14 @@ struct CmdLineInfo
     QString liveMediaPath; ///< "live-media-path="
     QString toram;         ///< "toram="
 };
+
+/// One parameter of the kernel command line that CmdLineInfo knows.
+struct KernelParameter
+{
+    QString CmdLineInfo::*field = nullptr; ///< where it belongs
+    QString value;                         ///< the part after the last "=", white space simplified
+    bool isDevicePath = false;             ///< a "root=" that gives a device instead of a "UUID="
+};
+
+/// The known parameters of a kernel command line, in its order.
+[[nodiscard]] QList<KernelParameter> parseKernelParameters(const QByteArray& commandLine);

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "utils/blkid.h"
+
+#include <QFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using Utils::BlkIdInfo;
+
+namespace {
+
+/// All fields in one line, in the order of the record.
+QString textOf(const BlkIdInfo& info)
+{
+    return QStringList{info.devicePath, info.partUuid, info.partLabel, info.label, info.uuid, info.type,
+        info.labelFatboot, info.ptUuid, info.ptType}
+        .join(u'|');
+}
+
+QStringList parsedRecording(const QString& name)
+{
+    QFile file(QStringLiteral(KESTRO_TEST_DATA "/blkid/") + name);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {u"cannot be read"_s};
+    }
+    QStringList texts;
+    for (const QString& line : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+        texts.append(textOf(Utils::parseBlkIdLine(line)));
+    }
+    return texts;
+}
+
+BlkIdInfo device(const QString& path, const QString& type = {})
+{
+    BlkIdInfo info;
+    info.devicePath = path;
+    info.type = type;
+    return info;
+}
+
+} // namespace
+
+class BlkIdTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lines_data();
+    void lines();
+    void recordings();
+    void lvmMember_data();
+    void lvmMember();
+    void unlistedVolumes_data();
+    void unlistedVolumes();
+};
+
+void BlkIdTest::lines_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("fields");
+    QTest::newRow("vfat") << uR"(/dev/sda1: UUID="AB12" BLOCK_SIZE="512" TYPE="vfat" PARTLABEL="EFI" PARTUUID="x-1")"_s
+                          << u"/dev/sda1|x-1|EFI||AB12|vfat|||"_s;
+    QTest::newRow("LVM") << uR"(/dev/sda2: UUID="u" TYPE="LVM2_member" PARTUUID="x-2")"_s
+                         << u"/dev/sda2|x-2|||u|LVM2_member|||"_s;
+    QTest::newRow("longer keys first") << uR"(/dev/sda: PTUUID="p" PTTYPE="gpt" PARTUUID="x" UUID_SUB="s")"_s
+                                       << u"/dev/sda|x||||||p|gpt"_s;
+    QTest::newRow("quote in a label cuts it")
+        << uR"(/dev/sdb1: LABEL="My \"Disk\"" UUID="u" TYPE="ext4")"_s << u"/dev/sdb1|||My \\|u|ext4|||"_s;
+    QTest::newRow("value cut off") << uR"(/dev/sdb1: UUID="u" TYPE="ex)"_s << u"/dev/sdb1||||u|ex|||"_s;
+    QTest::newRow("no value") << u"/dev/sdb1: TYPE="_s << u"/dev/sdb1||||||||"_s;
+    QTest::newRow("no key") << u"/dev/sdb1:"_s << u"/dev/sdb1||||||||"_s;
+}
+
+void BlkIdTest::lines()
+{
+    QFETCH(QString, line);
+    QTEST(textOf(Utils::parseBlkIdLine(line)), "fields");
+}
+
+void BlkIdTest::recordings()
+{
+    // Deliberate: the first occurrence of a key counts, even one inside a label: the fourth device has no UUID here.
+    const QStringList expected{
+        u"/dev/loop0p3|22f83ae2-2822-4a4e-a3a0-fa7475b6c58b|two words|a b|91dd1337-a420-4e69-aa62-2ca79778dfef|ext4|||"_s,
+        u"/dev/loop0p1|e876265b-69f4-104f-89e9-4d0734a729cd|EFI|RECOVERY|2396-D0A1|vfat|RECOVERY||"_s,
+        u"/dev/loop0p4|fee1be41-1ca2-4e42-92ab-2a26d679b74b|swap|swap|63bbc3c6-a9cf-417e-b44e-10bd81b66b31|swap|||"_s,
+        u"/dev/loop0p2|f49261e2-d622-e645-a95e-6460e834f090|root|My \\||ext4|||"_s,
+        u"/dev/loop0p5|696ed92c-be5b-cd42-9ad0-0b266e6abf0c|blank||||||"_s,
+    };
+    QCOMPARE(parsedRecording(u"gpt-loop.txt"_s), expected);
+    QCOMPARE(parsedRecording(u"whole-disk.txt"_s),
+        (QStringList{u"/dev/loop0|||||||1a2f12cb-018c-514b-a1dc-edc3b610b3ff|gpt"_s}));
+}
+
+void BlkIdTest::lvmMember_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<bool>("isMember");
+    QTest::newRow("as blkid writes it") << u"LVM2_member"_s << true;
+    QTest::newRow("other case") << u"lvm2_MEMBER"_s << true;
+    QTest::newRow("LUKS") << u"crypto_LUKS"_s << false;
+    QTest::newRow("none") << QString() << false;
+}
+
+void BlkIdTest::lvmMember()
+{
+    QFETCH(QString, type);
+    QTEST(Utils::hasLvmMember({device(u"/dev/sda1"_s, u"ext4"_s), device(u"/dev/sda2"_s, type)}), "isMember");
+}
+
+void BlkIdTest::unlistedVolumes_data()
+{
+    QTest::addColumn<QString>("names");
+    QTest::addColumn<QStringList>("paths");
+    QTest::newRow("none") << QString() << QStringList{};
+    QTest::newRow("listed already") << u"vg-root\n"_s << QStringList{};
+    QTest::newRow("two more") << u"vg-root\n vg-swap \n\nvg-data"_s
+                              << QStringList{u"/dev/mapper/vg-swap"_s, u"/dev/mapper/vg-data"_s};
+    QTest::newRow("opened LUKS, listed or not")
+        << u"luks-1\nluks-2\nmyluks\n"_s << QStringList{u"/dev/mapper/myluks"_s};
+}
+
+void BlkIdTest::unlistedVolumes()
+{
+    QFETCH(QString, names);
+    const QList<BlkIdInfo> listed{
+        device(u"/dev/sda2"_s, u"LVM2_member"_s), device(u"/dev/mapper/vg-root"_s), device(u"/dev/mapper/luks-1"_s)};
+    QTEST(Utils::unlistedMapperPaths(listed, names), "paths");
+}
+
+QTEST_GUILESS_MAIN(BlkIdTest)
+#include "tst_blkid.moc"

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "utils/FsTab.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString fieldsOf(const FSTabInfoPtr& entry)
+{
+    return QStringList{entry->device, entry->mountPoint, entry->type, entry->options, entry->dump, entry->pass}.join(
+        u'|');
+}
+
+FSTabInfoPtr entryOf(const QByteArray& line)
+{
+    return FSTab::parseFSTab(line).first();
+}
+
+} // namespace
+
+class FsTabTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lines_data();
+    void lines();
+    void linesOfAFile();
+    void missingAndUnreadableFile();
+    void uuidOfDevice_data();
+    void uuidOfDevice();
+    void rootUuid_data();
+    void rootUuid();
+    void binds();
+    void emptyUuidNamesNothing();
+};
+
+void FsTabTest::lines_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("fields");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isComment");
+    QTest::addColumn<bool>("isEmpty");
+
+    const QString none = u"||||0|0"_s;
+    const auto row = [](const char* name, const QByteArray& line, const QString& fields) {
+        QTest::newRow(name) << line << fields << QString::fromUtf8(line) << false << false;
+    };
+    row("six fields", "UUID=1234-ABCD /boot/efi vfat umask=0077 0 1",
+        u"UUID=1234-ABCD|/boot/efi|vfat|umask=0077|0|1"_s);
+    row("tabs and blanks", "\tUUID=a \t / ext4\tdefaults  1\t2 ", u"UUID=a|/|ext4|defaults|1|2"_s);
+    row("escapes stay", "/dev/sda1 /my\\040disk ext4 rw 0 0", u"/dev/sda1|/my\\040disk|ext4|rw|0|0"_s);
+    row("not ASCII", "UUID=a /dät\u00e4 ext4 rw 0 0", u"UUID=a|/dätä|ext4|rw|0|0"_s);
+    row("deliberate: four fields are no mount", "UUID=abc / ext4 defaults", none);
+    row("deliberate: five fields are no mount", "UUID=abc / ext4 defaults 0", none);
+    row("deliberate: seven fields are no mount", "UUID=abc / ext4 defaults 0 1 # root", none);
+    QTest::newRow("comment after blanks") << QByteArray("  # comment") << none << u"  # comment"_s << true << false;
+    QTest::newRow("comment of six words")
+        << QByteArray("#UUID=a / ext4 rw 0 0") << none << u"#UUID=a / ext4 rw 0 0"_s << true << false;
+    QTest::newRow("blank") << QByteArray(" \t ") << none << QString() << false << true;
+}
+
+void FsTabTest::lines()
+{
+    QFETCH(QByteArray, line);
+    const FSTabInfoPtr entry = entryOf(line);
+    QTEST(fieldsOf(entry), "fields");
+    QTEST(entry->text, "text");
+    QTEST(entry->isComment, "isComment");
+    QTEST(entry->isEmpty, "isEmpty");
+}
+
+void FsTabTest::linesOfAFile()
+{
+    const QTemporaryDir dir;
+    QFile file(dir.filePath(u"fstab"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("# first\n\nUUID=a / ext4 rw 0 1\r\nUUID=b none swap sw 0 0\n");
+    file.close();
+
+    const FSTabInfoList list = FSTab::getFSTabFromFile(file.fileName());
+    QCOMPARE(list.size(), 5);
+    QVERIFY(list[0]->isComment);
+    QVERIFY(list[1]->isEmpty);
+    QCOMPARE(fieldsOf(list[2]), u"UUID=a|/|ext4|rw|0|1"_s);
+    QCOMPARE(list[2]->text, u"UUID=a / ext4 rw 0 1"_s);
+    QCOMPARE(FSTab::findByUUID(list, u"b"_s), list[3]);
+    QVERIFY(list[4]->isEmpty);
+}
+
+void FsTabTest::missingAndUnreadableFile()
+{
+    const QTemporaryDir dir;
+    const QString missing = dir.filePath(u"fstab"_s);
+    const QString warning = u"getFSTabFromFile file not exists, fileName:  \"%1\""_s.arg(missing);
+    QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
+    QVERIFY(FSTab::getFSTabFromFile(missing).isEmpty());
+
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    QVERIFY(FSTab::getFSTabFromFile(dir.path()).isEmpty());
+}
+
+void FsTabTest::uuidOfDevice_data()
+{
+    QTest::addColumn<QByteArray>("device");
+    QTest::addColumn<QString>("uuid");
+    QTest::newRow("UUID") << QByteArray("UUID=1234-ABCD") << u"1234-ABCD"_s;
+    QTest::newRow("nothing after it") << QByteArray("UUID=") << QString();
+    QTest::newRow("two equal signs") << QByteArray("UUID=a=b") << QString();
+    QTest::newRow("doubled equal sign") << QByteArray("UUID==a") << u"a"_s;
+    QTest::newRow("small letters") << QByteArray("uuid=a") << QString();
+    QTest::newRow("PARTUUID") << QByteArray("PARTUUID=a") << QString();
+    QTest::newRow("path") << QByteArray("/dev/disk/by-uuid/UUID=a") << QString();
+}
+
+void FsTabTest::uuidOfDevice()
+{
+    QFETCH(QByteArray, device);
+    QTEST(FSTab::getUUID(entryOf(device + " /x ext4 rw 0 0")), "uuid");
+}
+
+void FsTabTest::rootUuid_data()
+{
+    QTest::addColumn<QByteArray>("fstab");
+    QTest::addColumn<bool>("isRoot");
+    QTest::newRow("at /") << QByteArray("UUID=abc / ext4 rw 0 1") << true;
+    QTest::newRow("elsewhere") << QByteArray("UUID=abc /home ext4 rw 0 1") << false;
+    QTest::newRow("only the first entry counts")
+        << QByteArray("UUID=abc /a ext4 rw 0 1\nUUID=abc / ext4 rw 0 1") << false;
+    QTest::newRow("not listed") << QByteArray("UUID=ABC / ext4 rw 0 1") << false;
+    QTest::newRow("four fields") << QByteArray("UUID=abc / ext4 defaults") << false;
+}
+
+void FsTabTest::rootUuid()
+{
+    QFETCH(QByteArray, fstab);
+    const QTemporaryDir root;
+    QVERIFY(QDir(root.path()).mkpath(u"etc"_s));
+    QFile file(root.filePath(u"etc/fstab"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(fstab) == fstab.size());
+    file.close();
+    QTEST(FSTab::isRootUUID(u"abc"_s, root.path()), "isRoot");
+}
+
+void FsTabTest::binds()
+{
+    const FSTabInfoList list = FSTab::parseFSTab("UUID=a /a none defaults,rbind 0 0\n"
+                                                 "UUID=b /b ext4 defaults 0 0\n"
+                                                 "# UUID=c /c none bind 0 0\n"
+                                                 "/data/home /home none bind 0 0\n"
+                                                 "UUID=d /d none bind 0 0\n");
+    QCOMPARE(FSTab::getBindUUIDs(list), (QStringList{u"a"_s, u"d"_s}));
+    QVERIFY(FSTab::hasBindForUUID(list, u"d"_s));
+    QVERIFY(!FSTab::hasBindForUUID(list, u"b"_s));
+    QVERIFY(!FSTab::hasBindForUUID(list, u"c"_s));
+}
+
+void FsTabTest::emptyUuidNamesNothing()
+{
+    const FSTabInfoList list = FSTab::parseFSTab("# comment\n/data/home / none bind 0 0\n");
+    QVERIFY(!FSTab::findByUUID(list, {}));
+    QVERIFY(!FSTab::hasBindForUUID(list, {}));
+    QCOMPARE(FSTab::getUUID({}), QString());
+}
+
+QTEST_GUILESS_MAIN(FsTabTest)
+#include "tst_fstab.moc"
