@@ -36,7 +36,7 @@ void assignFields(FSTabInfo& entry)
 
 FSTabInfoPtr parseLine(const QString& line)
 {
-    const FSTabInfoPtr entry = FSTabInfoPtr::create();
+    FSTabInfoPtr entry = FSTabInfoPtr::create();
     const QString trimmed = line.trimmed();
     entry->isComment = trimmed.startsWith(u'#');
     entry->isEmpty = trimmed.isEmpty();
