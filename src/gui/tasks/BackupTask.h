@@ -8,6 +8,7 @@
 
 struct BackupElement;
 struct BackupPlan;
+struct ImageSource;
 
 /// Writes images of the system partition or of its whole disk, and archives of "opt" and "var", to a directory on
 /// another partition, and checks the images that it wrote.
@@ -25,8 +26,6 @@ private Q_SLOTS:
     void verifyImages();
 
 private:
-    struct ImageSource;
-
     void setTasks(const QJsonArray& tasks);
     void addImageBackup(const BackupElement& element);
     void addDirectoryBackup(const BackupElement& element);
@@ -34,6 +33,7 @@ private:
     void backupDataDirectory(const QString& sourceMountPoint, const QString& sourceUuid, const QString& backupDirectory,
         const QString& name);
     [[nodiscard]] ImageSource imageSource(const QString& uuid) const;
+    [[nodiscard]] QString targetDirectory(const BackupElement& element) const;
     void carryOut(const BackupPlan& plan);
 
     int m_actionType = 0;

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+class VBlockDevice;
+
 /// Restores a backup directory: proves first that every image in it belongs to this machine, then writes the images
 /// and extracts the archives.
 class ManualRestoreTask : public Task
@@ -26,19 +28,21 @@ private Q_SLOTS:
 private:
     void setTasks(const QJsonArray& tasks);
     void setJobs(const QString& fromPath);
-    void clearTargets();
     bool addImage(const QString& filePath);
     bool addDiskImage(const QString& filePath);
     bool addPartitionImage(const QString& filePath);
-    bool addArchives(const QString& directory, const QStringList& names);
+    void addArchives(const QString& directory, const QStringList& names);
+    void refuseMismatch();
     void unmountDrive();
+    void unmountDriveDevice(VBlockDevice& device);
+    void clearTargets();
+    [[nodiscard]] QString targetDiskOf(const QString& filePath) const;
     bool fetchImageRecord(const QString& filePath);
     bool fetchDiskInfo(const QString& filePath);
-    [[nodiscard]] QString targetDiskOf(const QString& filePath) const;
     [[nodiscard]] QString fetchDataInfo(const QString& archive) const;
     [[nodiscard]] bool checkFromPathIsExists() const;
     void restoreSwapUuid();
-    [[nodiscard]] QString swapUuidUnder(const QString& mountPoint) const;
+    [[nodiscard]] QString swapUuidOn(VBlockDevice& device) const;
 
     QString m_diskDrive;         ///< drive of the last whole-disk image; not cleared between images
     QString m_uuid;              ///< partition of the last partition image; not cleared between images

@@ -32,8 +32,10 @@ private:
     void removeUserData();
     void cleanDesktops(const QString& dataMountPoint);
     void cleanDesktop(const QString& desktop);
+    void wipeUserData(const QString& dataMountPoint);
     void wipeHome(const QString& dataMountPoint);
     void wipeTopLevel(const QString& dataMountPoint);
+    [[nodiscard]] bool hasSeparateDataPartition() const;
     void fixDataPartition();
     bool forceRemove(const QString& path);
 

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "gui/tasks/imagerecord.h"
 #include "gui/tasks/job.h"
 #include "gui/tasks/mountoptions.h"
 #include "utils/FsTab.h"
+#include "utils/core/applicationproperties.h"
 
+#include <QJsonObject>
 #include <QList>
 #include <QMap>
 #include <QObject>
@@ -111,8 +114,8 @@ protected:
     void deleteOptAndVar(const QString& rootPath);
 
     const QString m_tmpMountPath = QStringLiteral("/tmp/arx"); ///< base of temporary mount points
-    const QString m_diskInfoName = QStringLiteral("DiskInfo"); ///< the record's name inside every image
-    const QString m_diskInfoVersion = QStringLiteral("1.1");   ///< the version of that record
+    const QString m_diskInfoName = ImageRecord::name;          ///< the record's name inside every image
+    const QString m_diskInfoVersion = ImageRecord::version;    ///< the version of that record
     QString m_rootUUID;                                        ///< the installed system's root file system
     QString m_recoveryUUID;                                    ///< the recovery partition
     QString m_dataUUID;                                        ///< the data partition; may be the root partition
@@ -135,8 +138,10 @@ private:
     [[nodiscard]] QString findUUIDOfDevice(const QString& path) const;
     void readRecoveryUUID(const QString& rootMountPoint);
     void readDataUUID();
+    [[nodiscard]] QJsonObject takeRecoveryJson(const QString& path);
+    [[nodiscard]] QList<SavedBackup> findSavedBackups(const QString& recordPath);
     [[nodiscard]] float fraction() const;
-    void connectJob(const Job& job);
+    void startJob(const Job& job);
     void resetUEFIEntry(const QMap<QString, QString>& uuids);
     void resetLegacyBoot(const QMap<QString, QString>& uuids);
 

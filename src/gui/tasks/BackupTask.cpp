@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "gui/tasks/BackupTask.h"
+
+#include "gui/tasks/backupplan.h"
+#include "gui/tasks/taskarguments.h"
+#include "utils/core/command.h"
+#include "utils/utils.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int manualBackup = 3;
+constexpr int systemBackup = 4;
+
+} // namespace
+
+BackupTask::BackupTask(const QJsonArray& tasks, const int& actionType, QObject* parent)
+    : Task(parent)
+    , m_actionType(actionType)
+{
+    setTasks(tasks);
+    if (m_actionType == manualBackup)
+        unmountDeviceFromUUID(m_dataUUID);
+    start();
+    connect(this, &Task::taskFinished, this, &BackupTask::verifyImages);
+}
+
+void BackupTask::setTasks(const QJsonArray& tasks)
+{
+    for (const QJsonValue& value : tasks) {
+        const QString command = value[u"command"_s].toString();
+        const bool isDirectory = command == "create-backup-directory"_L1;
+        if (!isDirectory && command != "create-backup-image"_L1)
+            continue;
+        if (isDirectory)
+            qDebug() << "set opt and var directory backup!";
+        const std::optional<BackupElement> element = parseBackupElement(value[u"args"_s].toArray());
+        if (!element)
+            qDebug() << "args size is empty or less 3";
+        else if (isDirectory)
+            addDirectoryBackup(*element);
+        else
+            addImageBackup(*element);
+    }
+    checkJobs();
+}
+
+void BackupTask::addImageBackup(const BackupElement& element)
+{
+    const ImageSource source = imageSource(element.sourceUuid);
+    if (source.device.isEmpty()) {
+        qDebug() << "from path is empty";
+        return;
+    }
+    const QString directory = targetDirectory(element);
+    if (directory.isEmpty()) {
+        qDebug() << "to path is empty";
+        return;
+    }
+    if (m_backupDir.isEmpty())
+        m_backupDir = directory;
+    carryOut(planImage(source, directory, element.imageName));
+}
+
+ImageSource BackupTask::imageSource(const QString& uuid) const
+{
+    if (m_actionType == systemBackup)
+        return {devicePathFromUUID(uuid), "UUID="_L1 + uuid};
+    const auto [drive, device] = diskFromUUID(uuid);
+    // An image of a disk without a drive identifier could never be restored: its record would name nothing.
+    return {drive.isEmpty() ? QString() : device, "DiskDrive="_L1 + drive};
+}
+
+QString BackupTask::targetDirectory(const BackupElement& element) const
+{
+    if (leadsUpwards(element.directory) || leadsUpwards(element.imageName))
+        return {};
+    const QString mountPoint = mountDeviceFromUUID(element.targetUuid);
+    return mountPoint.isEmpty() ? QString() : backupDirectory(mountPoint, element.directory);
+}
+
+void BackupTask::addDirectoryBackup(const BackupElement& element)
+{
+    const QString directory = targetDirectory(element);
+    if (directory.isEmpty())
+        qDebug() << "to path is empty";
+    else
+        backupOptAndVar(element.sourceUuid, directory);
+}
+
+void BackupTask::backupOptAndVar(const QString& sourceUuid, const QString& backupDirectory)
+{
+    const QString mountPoint = mountDeviceFromUUID(sourceUuid);
+    if (mountPoint.isEmpty()) {
+        qDebug() << "from path is empty";
+        return;
+    }
+    for (const QString& name : {u"opt"_s, u"var"_s})
+        backupDataDirectory(mountPoint, sourceUuid, backupDirectory, name);
+}
+
+void BackupTask::backupDataDirectory(
+    const QString& sourceMountPoint, const QString& sourceUuid, const QString& backupDirectory, const QString& name)
+{
+    carryOut(planArchive({sourceMountPoint, sourceUuid, name}, backupDirectory));
+}
+
+void BackupTask::carryOut(const BackupPlan& plan)
+{
+    for (const Command& command : plan.preparations)
+        SpawnCmd(command.program, command.args);
+    addJob(plan.job.from, plan.job.to, plan.job.type);
+}
+
+void BackupTask::verifyImages()
+{
+    if (isFailed() || m_backupDir.isEmpty() || !QDir(m_backupDir).exists()) {
+        Q_EMIT
+        finished();
+        return;
+    }
+    for (const QString& name : QDir(m_backupDir).entryList({u"*.kim"_s})) {
+        if (!Utils::checkImageFile(m_backupDir + u'/' + name)) {
+            setError(tr("Backup error, please try again"));
+            return;
+        }
+    }
+    Q_EMIT
+    finished();
+}

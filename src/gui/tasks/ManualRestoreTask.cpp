@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "gui/tasks/ManualRestoreTask.h"
+
+#include "gui/tasks/blockdevices.h"
+#include "gui/tasks/datainfo.h"
+#include "gui/tasks/fstablines.h"
+#include "gui/tasks/restorerules.h"
+#include "gui/tasks/taskarguments.h"
+#include "platform/udisks/VBlockDevice.h"
+#include "utils/core/command.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+ManualRestoreTask::ManualRestoreTask(const QJsonArray& tasks, QObject* parent)
+    : Task(parent)
+{
+    QTimer::singleShot(0, this, [this, tasks] { setTasks(tasks); });
+    connect(this, &Task::taskFinished, this, &ManualRestoreTask::onTaskFinished);
+}
+
+ManualRestoreTask::ManualRestoreTask(const QString& fromPath, QObject* parent)
+    : Task(parent)
+    , m_fromPath(fromPath)
+{
+    // Deliberately without checkJobs(): a directory that holds nothing to restore is restored at once.
+    QTimer::singleShot(0, this, [this] {
+        setJobs(m_fromPath);
+        clearTargets();
+        start();
+    });
+    connect(this, &Task::taskFinished, this, &ManualRestoreTask::onTaskFinished);
+}
+
+void ManualRestoreTask::setTasks(const QJsonArray& tasks)
+{
+    for (const QJsonValue& task : tasks) {
+        // A restore that will never run must not make room for itself.
+        if (isFailed())
+            break;
+        if (task[u"command"_s].toString() != "restore-partitions"_L1)
+            continue;
+        const QJsonArray args = task[u"args"_s].toArray();
+        const QString directory = args[1].toString();
+        const QString mountPoint = mountDeviceFromUUID(uuidOfArgument(args[0].toString()));
+        const bool isInside = !mountPoint.isEmpty() && !leadsUpwards(directory);
+        m_fromPath = isInside ? mountPoint + directory : QString();
+        setJobs(m_fromPath);
+    }
+    clearTargets();
+    checkJobs();
+    start();
+}
+
+void ManualRestoreTask::setJobs(const QString& fromPath)
+{
+    qDebug() << "setJobs from path:" << fromPath;
+    QDir directory(fromPath);
+    directory.setFilter(QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+    // An empty path would be the working directory.
+    const bool exists = !fromPath.isEmpty() && directory.exists();
+    if (!exists)
+        qDebug() << "dir is not exist : " << fromPath;
+    for (const QString& name : exists ? directory.entryList({u"*.kim"_s}) : QStringList()) {
+        const QString filePath = directory.path() + u'/' + name;
+        qDebug() << "filePath:" << filePath;
+        if (!addImage(filePath))
+            return;
+    }
+    if (m_diskDrive.isEmpty())
+        addArchives(directory.path(), exists ? directory.entryList({u"*.tar"_s}) : QStringList());
+    else
+        unmountDrive();
+}
+
+bool ManualRestoreTask::addImage(const QString& filePath)
+{
+    // A record that names neither a disk nor a partition would leave its image out without a word.
+    if (!fetchImageRecord(filePath) || (m_diskDrive.isEmpty() && m_uuid.isEmpty())) {
+        setError(tr("There is something wrong with your backup file"));
+        return false;
+    }
+    qDebug() << "current version:" << m_version;
+    if (!m_version.isEmpty() && !compareVersion(m_version, m_diskInfoVersion)) {
+        setError(tr("Your system version does not match the backup file, please update the system and restore again"));
+        return false;
+    }
+    if ((m_diskDrive.isEmpty() || addDiskImage(filePath)) && (m_uuid.isEmpty() || addPartitionImage(filePath)))
+        return true;
+    refuseMismatch();
+    return false;
+}
+
+void ManualRestoreTask::refuseMismatch()
+{
+    setError(tr("Your disk info and the backup info do not match, so you cannot restore now"));
+}
+
+bool ManualRestoreTask::addDiskImage(const QString& filePath)
+{
+    const QString disk = targetDiskOf(filePath);
+    if (disk.isEmpty())
+        return false;
+    addJob(filePath, disk, JobType::Clone);
+    return true;
+}
+
+QString ManualRestoreTask::targetDiskOf(const QString& filePath) const
+{
+    const QString rootDevice = RestoreRules::isSystemImage(filePath) ? devicePathFromUUID(m_rootUUID) : QString();
+    const QString disk = diskDeviceFromDrive(m_diskDrive);
+    qDebug() << "rootDevicePath = " << rootDevice << ", devicePath = " << disk;
+    if (RestoreRules::isAccepted(rootDevice, disk))
+        return disk;
+    if (disk.isEmpty())
+        return {};
+    const QStringList disks = getDevicePathsFromDrive(m_diskDrive);
+    for (const QString& node : disks)
+        qDebug() << "getDevicePathsFromDrive, devPath = " << node << ", rootDevicePath = " << rootDevice;
+    return RestoreRules::lastDiskOfRoot(rootDevice, disks);
+}
+
+bool ManualRestoreTask::addPartitionImage(const QString& filePath)
+{
+    const QString rootDisk = diskFromUUID(m_rootUUID).second;
+    const QString device = devicePathFromUUID(m_uuid);
+    qDebug() << "rootDevPath = " << rootDisk << ", device_path = " << device << "m_rootUUID = " << m_rootUUID
+             << ", m_uuid = " << m_uuid << ", file_path = " << filePath;
+    if (device.isEmpty())
+        return false;
+    if (RestoreRules::isSystemImage(filePath) && RestoreRules::isMisdirected({m_uuid, device, m_rootUUID, rootDisk}))
+        return false;
+    addJob(filePath, device, JobType::Clone);
+    return true;
+}
+
+void ManualRestoreTask::unmountDrive()
+{
+    qDebug() << "don't restore the opt and var directory!";
+    BlockDevices::forEachOnDrive(m_diskDrive, [this](VBlockDevice& device) { unmountDriveDevice(device); });
+}
+
+void ManualRestoreTask::unmountDriveDevice(VBlockDevice& device)
+{
+    qDebug() << "drive:" << device.drive() << "m_diskDrive:" << m_diskDrive;
+    device.unmount({});
+}
+
+void ManualRestoreTask::addArchives(const QString& directory, const QStringList& names)
+{
+    QString mountPoint;
+    for (const QString& name : names) {
+        const QString archive = directory + u'/' + name;
+        const DataInfo info = parseDataInfo(fetchDataInfo(archive));
+        if (info.uuid.isEmpty() || info.directory.isEmpty())
+            continue;
+        if (!isSafeDirectory(info.directory)) {
+            setError(tr("There is something wrong with your backup file"));
+            return;
+        }
+        // Computed once: all archives of a backup come from one partition.
+        if (mountPoint.isEmpty())
+            mountPoint = mountDeviceFromUUID(info.uuid);
+        if (mountPoint.isEmpty()) {
+            refuseMismatch();
+            return;
+        }
+        addJob(archive, u"%1/%2"_s.arg(mountPoint, info.directory), JobType::TarExtract);
+    }
+    if (!mountPoint.isEmpty())
+        m_mountsToClear.append(mountPoint);
+}
+
+void ManualRestoreTask::clearTargets()
+{
+    if (isFailed())
+        return;
+    for (const QString& mountPoint : m_mountsToClear)
+        deleteOptAndVar(mountPoint);
+}
+
+void ManualRestoreTask::onTaskFinished()
+{
+    if (!checkFromPathIsExists()) {
+        setError(tr("Cannot find the target location"));
+        return;
+    }
+    restoreSwapUuid();
+    resetEFI();
+    Q_EMIT
+    finished();
+}
+
+bool ManualRestoreTask::checkFromPathIsExists() const
+{
+    const bool exists = !m_fromPath.isEmpty() && QDir(m_fromPath).exists();
+    qDebug() << "backupDir:" << m_fromPath;
+    qDebug() << "backupDir is exists" << (exists ? "true" : "false");
+    return exists;
+}
+
+void ManualRestoreTask::restoreSwapUuid()
+{
+    qDebug() << "begin restore swap:" << m_diskDrive;
+    QString swapDevice;
+    QString swapUuid;
+    BlockDevices::forEachOnDrive(m_diskDrive, [&](VBlockDevice& device) {
+        if (device.idType() == "swap"_L1) {
+            swapDevice = device.device();
+            return;
+        }
+        const QString uuid = swapUuidOn(device);
+        if (swapUuid.isEmpty())
+            swapUuid = uuid;
+    });
+    if (!swapDevice.isEmpty())
+        qDebug() << "Swap file path:" << swapDevice;
+    if (swapDevice.isEmpty() || swapUuid.isEmpty())
+        return;
+    qDebug() << "sudo mkswap" << swapDevice << "-U" << swapUuid;
+    SpawnCmd(u"sudo"_s, {u"mkswap"_s, swapDevice, u"-U"_s, swapUuid});
+}
+
+QString ManualRestoreTask::swapUuidOn(VBlockDevice& device) const
+{
+    device.setWatchChanges(true);
+    device.mount({});
+    const QString mountPoint = BlockDevices::mountPointOf(device);
+    QFile fstab(u"%1/etc/fstab"_s.arg(mountPoint));
+    if (mountPoint.isEmpty() || !fstab.open(QIODevice::ReadOnly | QIODevice::Text))
+        return {};
+    qDebug() << "find fstab!";
+    const QString uuid = parseSwapUuid(QString::fromUtf8(fstab.readAll()));
+    qDebug() << "swap uuid:" << uuid;
+    return uuid;
+}
