@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/velk/VFrame.h"
+
+#include "platform/velk/VPaletteHelper.h"
+#include "platform/velk/VStyle.h"
+
+#include <QPainter>
+
+VFrame::VFrame(QWidget* parent)
+    : QFrame(parent)
+{
+    setFrameShape(QFrame::NoFrame);
+}
+
+void VFrame::setBackgroundRole(VPalette::ColorType type)
+{
+    m_background = type;
+    update();
+}
+
+void VFrame::setFrameRounded(bool rounded)
+{
+    m_rounded = rounded;
+    update();
+}
+
+void VFrame::paintEvent(QPaintEvent* event)
+{
+    const VPalette colors = VPaletteHelper::instance()->palette(this);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(colors.color(VPalette::FrameBorder));
+    painter.setBrush(m_background == VPalette::NoType ? colors.color(QPalette::Window) : colors.color(m_background));
+    const qreal radius = m_rounded ? VStyle::frameRadius : 0;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.end();
+    QFrame::paintEvent(event);
+}
