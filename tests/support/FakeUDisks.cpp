@@ -19,10 +19,12 @@ FakeUDisks::FakeUDisks()
 {
     registerFakeUDisksTypes();
     QDBusConnection bus = QDBusConnection::connectToBus(PrivateBus::start(), connectionName);
+    // Registered first: the bus gives the object children, which must move with it.
+    const bool registered =
+        bus.registerVirtualObject(u"/org/freedesktop/UDisks2"_s, m_objects.get(), QDBusConnection::SubPath);
     m_objects->moveToThread(&m_thread);
     m_thread.start();
-    if (!bus.registerVirtualObject(u"/org/freedesktop/UDisks2"_s, m_objects.get(), QDBusConnection::SubPath)
-        || !bus.registerService(u"org.freedesktop.UDisks2"_s)) {
+    if (!registered || !bus.registerService(u"org.freedesktop.UDisks2"_s)) {
         qFatal("the fake UDisks2 cannot come onto the bus: %s", qPrintable(bus.lastError().message()));
     }
 }

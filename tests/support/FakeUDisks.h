@@ -23,29 +23,29 @@ public:
     /// One block device. Devices are named by their last path element, for example "sda3".
     struct Device
     {
-        QString name;               ///< object path "/org/freedesktop/UDisks2/block_devices/NAME"
-        QString node;               ///< device node; empty means "/dev/NAME"
-        QString idUUID;             ///< empty for whole disks and unformatted partitions
-        QString idType;             ///< "ext4", "crypto_LUKS", …; empty when unformatted
-        QString drive;              ///< a drive's name given to addDrive(); empty gives "/" (no drive)
-        QString table;              ///< for a partition: the name of its whole disk
-        QString mountDirectory;     ///< the folder that Mount answers with; empty means "/media/root/UUID"
-        QByteArrayList mountPoints; ///< where it is mounted at first
-        QString mountError;         ///< when not null, Mount fails with this text (which may be empty)
-        QString unmountError;       ///< when not null, Unmount fails with this text
-        int mountDelayMs = 0;       ///< how long Mount takes
-        bool filesystem = true;     ///< whether the device has the Filesystem interface; never without an idType
+        QString name = {};               ///< object path "/org/freedesktop/UDisks2/block_devices/NAME"
+        QString node = {};               ///< device node; empty means "/dev/NAME"
+        QString idUUID = {};             ///< empty for whole disks and unformatted partitions
+        QString idType = {};             ///< "ext4", "crypto_LUKS", …; empty when unformatted
+        QString drive = {};              ///< a drive's name given to addDrive(); empty gives "/" (no drive)
+        QString table = {};              ///< for a partition: the name of its whole disk
+        QString mountDirectory = {};     ///< the folder that Mount answers with; empty means "/media/root/UUID"
+        QByteArrayList mountPoints = {}; ///< where it is mounted at first
+        QString mountError = {};         ///< when not null, Mount fails with this text (which may be empty)
+        QString unmountError = {};       ///< when not null, Unmount fails with this text
+        int mountDelayMs = 0;            ///< how long Mount takes
+        bool filesystem = true;          ///< whether the device has the Filesystem interface; never without an idType
 
         /// Properties that replace or add to the listed ones, by interface ("org.freedesktop.UDisks2.Block", …).
-        QMap<QString, QVariantMap> properties;
+        QMap<QString, QVariantMap> properties = {};
     };
 
     /// One recorded call.
     struct Call
     {
-        QString method;      ///< "GetManagedObjects", "Mount", "Unmount", "Get" or "GetAll"
-        QString device;      ///< the device's name; empty for GetManagedObjects
-        QVariantMap options; ///< of Mount and Unmount
+        QString method = {};      ///< "GetManagedObjects", "Mount", "Unmount", "Get" or "GetAll"
+        QString device = {};      ///< the device's name; empty for GetManagedObjects
+        QVariantMap options = {}; ///< of Mount and Unmount
     };
 
     FakeUDisks();

@@ -105,6 +105,7 @@ void registerFakeUDisksTypes()
 {
     qDBusRegisterMetaType<Interfaces>();
     qDBusRegisterMetaType<ListedObjects>();
+    qDBusRegisterMetaType<QByteArrayList>();
 }
 
 void FakeUDisksObjects::addDrive(const QString& name, bool removable)

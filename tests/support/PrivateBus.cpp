@@ -36,14 +36,16 @@ QString startDaemon()
     Sandbox::writeFile(file, configuration);
     auto* daemon = new QProcess(QCoreApplication::instance());
     daemon->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    daemon->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     daemon->start(u"/usr/bin/dbus-daemon"_s, {u"--nofork"_s, u"--print-address=1"_s, u"--config-file="_s + file});
     while (!daemon->canReadLine()) {
         if (!daemon->waitForReadyRead(10000)) {
-            qFatal("the private bus does not start: %s", qPrintable(daemon->errorString()));
+            qFatal("the private bus does not start: %s", daemon->readAllStandardError().constData());
         }
     }
-    QObject::connect(QCoreApplication::instance(), &QCoreApplication::destroyed, daemon, &QProcess::kill);
+    QObject::connect(QCoreApplication::instance(), &QCoreApplication::destroyed, daemon, [daemon] {
+        daemon->kill();
+        daemon->waitForFinished();
+    });
     return QString::fromUtf8(daemon->readLine().trimmed());
 }
 

@@ -4,7 +4,6 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusMetaType>
 #include <QDBusVariant>
 
 #include <chrono>
@@ -52,15 +51,14 @@ UDisksManagedObjects managedObjects()
     return qdbus_cast<UDisksManagedObjects>(answer.arguments().constFirst());
 }
 
-QByteArrayList mountPoints(const QString& path)
+QVariant mountPoints(const QString& path)
 {
     const QDBusMessage answer = call(path, "org.freedesktop.DBus.Properties"_L1, "Get"_L1,
         {QString(filesystemInterface), u"MountPoints"_s}, queryLimit);
     if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != "v"_L1) {
         return {};
     }
-    const QVariant value = answer.arguments().constFirst().value<QDBusVariant>().variant();
-    return value.userType() == qMetaTypeId<QByteArrayList>() ? value.value<QByteArrayList>() : QByteArrayList();
+    return answer.arguments().constFirst().value<QDBusVariant>().variant();
 }
 
 Outcome mount(const QString& path, const QVariantMap& options)

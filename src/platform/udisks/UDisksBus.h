@@ -3,7 +3,6 @@
 
 #include "platform/udisks/UDisksObjectTree.h"
 
-#include <QByteArrayList>
 #include <QString>
 #include <QVariantMap>
 
@@ -21,9 +20,9 @@ struct Outcome
 /// All objects of the daemon; empty when it cannot be asked or its answer has another type than expected.
 [[nodiscard]] UDisksManagedObjects managedObjects();
 
-/// The current "MountPoints" of the file system at an object path, as they come (each with a trailing NUL); empty when
-/// they cannot be asked.
-[[nodiscard]] QByteArrayList mountPoints(const QString& path);
+/// The current property "MountPoints" of the file system at an object path, as it comes; invalid when it cannot be
+/// asked.
+[[nodiscard]] QVariant mountPoints(const QString& path);
 
 /// Mounts the file system at an object path. The text of a success is the mount path.
 [[nodiscard]] Outcome mount(const QString& path, const QVariantMap& options);

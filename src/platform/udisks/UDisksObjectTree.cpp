@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/udisks/UDisksObjectTree.h"
 
+#include <QDBusArgument>
+
 #include <algorithm>
 #include <tuple>
 
@@ -23,6 +25,16 @@ T property(const QVariantMap& properties, QLatin1StringView name)
     return value.userType() == qMetaTypeId<T>() ? value.value<T>() : T();
 }
 
+// A type that the bus library does not take apart by itself arrives as a marshalled argument.
+QByteArrayList byteStrings(const QVariant& value)
+{
+    if (value.userType() != qMetaTypeId<QDBusArgument>()) {
+        return value.userType() == qMetaTypeId<QByteArrayList>() ? value.value<QByteArrayList>() : QByteArrayList();
+    }
+    const auto argument = value.value<QDBusArgument>();
+    return argument.currentSignature() == "aay"_L1 ? qdbus_cast<QByteArrayList>(argument) : QByteArrayList();
+}
+
 QString objectPath(const QVariantMap& properties, QLatin1StringView name)
 {
     return property<QDBusObjectPath>(properties, name).path();
@@ -43,8 +55,7 @@ UDisksBlock parseBlock(const QString& path, const Interfaces& interfaces)
     result.drive = objectPath(block, "Drive"_L1);
     result.idType = property<QString>(block, "IdType"_L1);
     result.idUUID = property<QString>(block, "IdUUID"_L1);
-    result.mountPoints =
-        withoutTrailingNul(property<QByteArrayList>(interfaces.value(filesystemInterface), "MountPoints"_L1));
+    result.mountPoints = parseMountPoints(interfaces.value(filesystemInterface).value("MountPoints"_L1));
     result.isPartition = interfaces.contains(partitionInterface);
     result.table = objectPath(interfaces.value(partitionInterface), "Table"_L1);
     return result;
@@ -81,13 +92,13 @@ UDisksObjectTree parseObjectTree(const UDisksManagedObjects& objects)
     return tree;
 }
 
-QByteArrayList withoutTrailingNul(const QByteArrayList& values)
+QByteArrayList parseMountPoints(const QVariant& value)
 {
-    QByteArrayList texts;
-    for (const QByteArray& value : values) {
-        if (const QByteArray text = withoutNul(value); !text.isEmpty()) {
-            texts << text;
+    QByteArrayList mountPoints;
+    for (const QByteArray& bytes : byteStrings(value)) {
+        if (const QByteArray mountPoint = withoutNul(bytes); !mountPoint.isEmpty()) {
+            mountPoints << mountPoint;
         }
     }
-    return texts;
+    return mountPoints;
 }

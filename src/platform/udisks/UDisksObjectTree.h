@@ -38,5 +38,6 @@ struct UDisksObjectTree
 /// Sorts out the daemon's answer. Objects that are no block devices count only as drives of others.
 [[nodiscard]] UDisksObjectTree parseObjectTree(const UDisksManagedObjects& objects);
 
-/// The texts of a list of byte strings, each without its trailing NUL; empty ones are left out.
-[[nodiscard]] QByteArrayList withoutTrailingNul(const QByteArrayList& values);
+/// The value of the Filesystem interface's property "MountPoints" (D-Bus type aay), each without its trailing NUL;
+/// empty for a value of another type.
+[[nodiscard]] QByteArrayList parseMountPoints(const QVariant& value);

@@ -55,7 +55,7 @@ QString VBlockDevice::idUUID() const
 QByteArrayList VBlockDevice::mountPoints() const
 {
     if (m_watch) {
-        return withoutTrailingNul(UDisksBus::mountPoints(m_path));
+        return parseMountPoints(UDisksBus::mountPoints(m_path));
     }
     const UDisksBlock* block = m_tree->find(m_path);
     return block ? block->mountPoints : QByteArrayList();
