@@ -72,6 +72,11 @@ bool isInside()
         && QFile::exists(QLatin1StringView(SandboxRoot::ownFolder));
 }
 
+bool isPrivileged()
+{
+    return geteuid() == 0 && SandboxRoot::ownsInitialUserNamespace();
+}
+
 void requireInside()
 {
     if (!isInside()) {

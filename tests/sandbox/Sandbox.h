@@ -33,6 +33,9 @@ void enter(char** argv);
 /// Whether this process runs inside the sandbox. True only on the sandbox's own root, whatever the environment says.
 [[nodiscard]] bool isInside();
 
+/// Whether this process has root's rights over the machine's devices: false in a user namespace.
+[[nodiscard]] bool isPrivileged();
+
 /// Ends the process with a message unless isInside(). Whatever could harm the host calls it first.
 void requireInside();
 

@@ -24,16 +24,6 @@ constexpr int exitSkipped = 77;
 constexpr const char* scaffold = "/tmp";
 const std::string host = std::string(ownFolder) + "/host";
 
-bool ownsInitialUserNamespace()
-{
-    std::ifstream map("/proc/self/uid_map");
-    unsigned long inside = 1;
-    unsigned long outside = 1;
-    unsigned long count = 0;
-    map >> inside >> outside >> count;
-    return inside == 0 && outside == 0 && count == 0xFFFFFFFFUL;
-}
-
 bool privileged = false;
 
 // Some hosts grant a user namespace but no mounts in it: without privileges a failing step is a reason to skip.
@@ -243,6 +233,16 @@ std::vector<int> openFolders(const std::vector<std::string>& folders)
 }
 
 } // namespace
+
+bool ownsInitialUserNamespace()
+{
+    std::ifstream map("/proc/self/uid_map");
+    unsigned long inside = 1;
+    unsigned long outside = 1;
+    unsigned long count = 0;
+    map >> inside >> outside >> count;
+    return inside == 0 && outside == 0 && count == 0xFFFFFFFFUL;
+}
 
 bool unshareMounts()
 {

@@ -15,6 +15,9 @@ inline constexpr const char* ownFolder = "/.kestro-sandbox";
 inline constexpr std::array privateFolders{
     "/sys/firmware", "/run", "/media", "/tmp", "/home/kestro", "/lib/kestro-recovery-gui"};
 
+/// Whether this process is in the user namespace that the machine started with.
+[[nodiscard]] bool ownsInitialUserNamespace();
+
 /// Moves this process into a mount namespace of its own (with a user namespace where it is not root).
 /// @return false when the host allows neither
 [[nodiscard]] bool unshareMounts();

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/PrivateBus.h"
 #include "sandbox/Sandbox.h"
+#include "support/RealProgram.h"
 
-#include <QCoreApplication>
 #include <QProcess>
-
-#include <csignal>
-
-#include <sys/prctl.h>
 
 using namespace Qt::StringLiterals;
 
@@ -34,18 +30,13 @@ QString startDaemon()
 {
     const QString file = Sandbox::freshFolder() + u"/bus.conf"_s;
     Sandbox::writeFile(file, configuration);
-    auto* daemon = new QProcess(QCoreApplication::instance());
-    daemon->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    daemon->start(u"/usr/bin/dbus-daemon"_s, {u"--nofork"_s, u"--print-address=1"_s, u"--config-file="_s + file});
+    QProcess* const daemon =
+        startRealDaemon(u"/usr/bin/dbus-daemon"_s, {u"--nofork"_s, u"--print-address=1"_s, u"--config-file="_s + file});
     while (!daemon->canReadLine()) {
         if (!daemon->waitForReadyRead(10000)) {
             qFatal("the private bus does not start: %s", daemon->readAllStandardError().constData());
         }
     }
-    QObject::connect(QCoreApplication::instance(), &QCoreApplication::destroyed, daemon, [daemon] {
-        daemon->kill();
-        daemon->waitForFinished();
-    });
     return QString::fromUtf8(daemon->readLine().trimmed());
 }
 
