@@ -6,13 +6,16 @@ import os
 import pathlib
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
 
-import loopdisk
-
 HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parents[1] / "dev"))
+
+from kestrolab.disk import LoopDisk, Mounted, skip_without_loop_devices  # noqa: E402
+
 SCRIPTS = HERE.parents[1] / "scripts"
 EFI, BOOT, ROOT, FOREIGN = range(4)
 # The firmware interface and the kernel command line as the script shall see them, in a namespace of the call.
@@ -32,15 +35,18 @@ class BootScripts(unittest.TestCase):
         self.folder = pathlib.Path(holder.name)
         (self.folder / "tmp").mkdir()
         ext4 = ["mkfs.ext4", "-q"]
-        self.disk = loopdisk.LoopDisk(self.folder, [(40, efi_file_system()), (16, ext4), (16, ext4), (16, ext4)])
+        self.disk = LoopDisk.create(self.folder / "disk.img", [(40, efi_file_system()), (16, ext4), (16, ext4), (16, ext4)])
         self.addCleanup(self.disk.detach)
         self.install_system()
         self.firmware(entries={"0000": [True, "Windows", r"HD(1,GPT,11-22,0x800,0x1)/File(\EFI\Microsoft\bootmgfw.efi)"]},
                       order=["0000"])
         (self.folder / "cmdline").write_text(f"quiet root=UUID={self.disk.uuid(ROOT)} splash\n")
 
+    def mounted(self, number):
+        return Mounted(self.disk, number, self.folder / "point")
+
     def install_system(self):
-        with self.disk.mounted(ROOT) as root:
+        with self.mounted(ROOT) as root:
             for folder in ("etc", "boot", "usr/sbin", "dev", "proc", "sys", "run"):
                 (root / folder).mkdir(parents=True)
             (root / "etc/fstab").write_text(
@@ -50,19 +56,19 @@ class BootScripts(unittest.TestCase):
             (root / "etc/os-release").write_text('NAME="Test OS"\nVERSION_ID=1\nID="testos"\n')
             for tool in ("grub-install", "grub-mkconfig"):
                 (root / "usr/sbin" / tool).touch(0o755)
-        with self.disk.mounted(BOOT) as boot:
+        with self.mounted(BOOT) as boot:
             (boot / "efi").mkdir()
             (boot / "grub").mkdir()
 
     def put_loaders(self, **files):
-        with self.disk.mounted(EFI) as efi:
+        with self.mounted(EFI) as efi:
             for name, text in files.items():
                 path = efi / "EFI" / name.replace("__", "/").replace("_efi", ".efi")
                 path.parent.mkdir(parents=True, exist_ok=True)
                 path.write_text(text)
 
     def loaders(self):
-        with self.disk.mounted(EFI) as efi:
+        with self.mounted(EFI) as efi:
             return {str(path.relative_to(efi)): path.read_text() for path in sorted(efi.rglob("*.[eE][fF][iI]"))}
 
     def firmware(self, **content):
@@ -95,7 +101,8 @@ class BootScripts(unittest.TestCase):
         self.assertEqual(os.listdir(self.folder / "tmp"), [], text)
 
     def own_entry(self, loader):
-        return f"HD(1,GPT,{self.disk.partition_uuid(EFI)},0x800,0x100000)/File({loader})"
+        partition = self.disk.probe(EFI, "PART_ENTRY_UUID")
+        return f"HD(1,GPT,{partition},0x800,0x100000)/File({loader})"
 
     def test_ten_repairs_leave_one_entry_and_a_fallback(self):
         self.put_loaders(testos__shimx64_efi="shim", testos__grubx64_efi="grub", other__grubx64_efi="other")
@@ -205,5 +212,5 @@ class BootScripts(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    loopdisk.skip_without_loop_devices()
+    skip_without_loop_devices()
     unittest.main()
