@@ -57,7 +57,7 @@ void BackupTask::addImageBackup(const BackupElement& element)
         qDebug() << "from path is empty";
         return;
     }
-    const QString directory = targetDirectory(element);
+    const QString directory = mountedDirectory(element);
     if (directory.isEmpty()) {
         qDebug() << "to path is empty";
         return;
@@ -76,17 +76,17 @@ ImageSource BackupTask::imageSource(const QString& uuid) const
     return {drive.isEmpty() ? QString() : device, "DiskDrive="_L1 + drive};
 }
 
-QString BackupTask::targetDirectory(const BackupElement& element) const
+QString BackupTask::mountedDirectory(const BackupElement& element) const
 {
     if (leadsUpwards(element.directory) || leadsUpwards(element.imageName))
         return {};
     const QString mountPoint = mountDeviceFromUUID(element.targetUuid);
-    return mountPoint.isEmpty() ? QString() : backupDirectory(mountPoint, element.directory);
+    return mountPoint.isEmpty() ? QString() : targetDirectory(mountPoint, element.directory);
 }
 
 void BackupTask::addDirectoryBackup(const BackupElement& element)
 {
-    const QString directory = targetDirectory(element);
+    const QString directory = mountedDirectory(element);
     if (directory.isEmpty())
         qDebug() << "to path is empty";
     else

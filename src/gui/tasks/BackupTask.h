@@ -33,7 +33,7 @@ private:
     void backupDataDirectory(const QString& sourceMountPoint, const QString& sourceUuid, const QString& backupDirectory,
         const QString& name);
     [[nodiscard]] ImageSource imageSource(const QString& uuid) const;
-    [[nodiscard]] QString targetDirectory(const BackupElement& element) const;
+    [[nodiscard]] QString mountedDirectory(const BackupElement& element) const;
     void carryOut(const BackupPlan& plan);
 
     int m_actionType = 0;

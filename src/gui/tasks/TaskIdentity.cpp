@@ -4,7 +4,7 @@
 
 #include "gui/tasks/inifile.h"
 #include "gui/tasks/rootparameter.h"
-#include "gui/tasks/savedbackups.h"
+#include "utils/backuphistory.h"
 #include "utils/core/applicationproperties.h"
 #include "utils/core/command.h"
 #include "utils/utils.h"
@@ -16,6 +16,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -28,6 +29,11 @@ std::optional<QByteArray> contentOf(const QString& path)
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return std::nullopt;
     return file.readAll();
+}
+
+quint32 secondsOf(const SavedBackup& backup)
+{
+    return backup.first.toUInt(); // 0 for what is no unsigned 32-bit number
 }
 
 } // namespace
@@ -125,16 +131,15 @@ QJsonObject Task::takeRecoveryJson(const QString& path)
 
 QList<SavedBackup> Task::findSavedBackups(const QString& recordPath)
 {
-    QMap<QString, QString> mountPoints;
     QList<SavedBackup> backups;
-    for (const BackupRecordEntry& entry : parseBackupRecord(contentOf(recordPath).value_or(QByteArray()))) {
-        if (!mountPoints.contains(entry.partitionUuid))
-            mountPoints.insert(entry.partitionUuid, Utils::mountDeviceByUUID(entry.partitionUuid));
-        const QString mountPoint = mountPoints.value(entry.partitionUuid);
-        if (!mountPoint.isEmpty())
-            backups.append({entry.createTime, joinedPath(mountPoint, entry.directory)});
+    for (const RecordedPartition& partition : parseBackupRecord(contentOf(recordPath).value_or(QByteArray()))) {
+        const QString mountPoint = Utils::mountDeviceByUUID(partition.uuid);
+        if (mountPoint.isEmpty())
+            continue;
+        for (const RecordedBackup& backup : partition.backups)
+            backups.append({backup.createTime, backupDirectory(mountPoint, backup.directory)});
     }
-    sortNewestFirst(backups);
+    std::ranges::stable_sort(backups, std::ranges::greater{}, secondsOf);
     return backups;
 }
 

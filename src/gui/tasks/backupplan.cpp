@@ -24,7 +24,7 @@ std::optional<BackupElement> parseBackupElement(const QJsonArray& args)
         uuidOfArgument(args[0].toString()), uuidOfArgument(args[1].toString()), args[2].toString(), args[3].toString()};
 }
 
-QString backupDirectory(const QString& targetMountPoint, const QString& directory)
+QString targetDirectory(const QString& targetMountPoint, const QString& directory)
 {
     return u"%1%2/"_s.arg(targetMountPoint, directory);
 }

@@ -52,12 +52,12 @@ struct DirectorySource
 [[nodiscard]] std::optional<BackupElement> parseBackupElement(const QJsonArray& args);
 
 /// Where a step writes to; always ends in "/". The directory follows the mount point as it is.
-[[nodiscard]] QString backupDirectory(const QString& targetMountPoint, const QString& directory);
+[[nodiscard]] QString targetDirectory(const QString& targetMountPoint, const QString& directory);
 
 /// One image with its record. The record is registered before the image is written: the image tool takes it up then.
-/// @param directory as backupDirectory() gives it
+/// @param directory as targetDirectory() gives it
 [[nodiscard]] BackupPlan planImage(const ImageSource& source, const QString& directory, const QString& imageName);
 
 /// One archive that begins with its description.
-/// @param directory as backupDirectory() gives it
+/// @param directory as targetDirectory() gives it
 [[nodiscard]] BackupPlan planArchive(const DirectorySource& source, const QString& directory);
