@@ -146,7 +146,7 @@ void composeRoot(const std::string& root)
 std::string mountRoot()
 {
     mountMemory(scaffold);
-    const std::string root = std::string(scaffold) + "/root";
+    std::string root = std::string(scaffold) + "/root";
     makeFolder(root);
     if (privileged) {
         mountOverlay(root);

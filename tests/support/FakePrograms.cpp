@@ -202,7 +202,7 @@ QString FakePrograms::ruleFolder(const QStringList& call)
     if (!m_rules.contains(call)) {
         m_rules << call;
     }
-    const QString folder = path(u"rules/%1"_s.arg(m_rules.indexOf(call)));
+    QString folder = path(u"rules/%1"_s.arg(m_rules.indexOf(call)));
     makeFolderOrDie(folder);
     writeOrDie(folder + u"/words"_s, joinWithNul(call));
     if (!call.first().contains(u'/')) {

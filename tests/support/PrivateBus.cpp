@@ -45,7 +45,7 @@ QString startDaemon()
 QString start()
 {
     static const QString address = [] {
-        const QString started = startDaemon();
+        QString started = startDaemon();
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", started.toUtf8());
         return started;
     }();
