@@ -21,11 +21,15 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 include(CheckPIESupported)
 check_pie_supported()
 
-set(CMAKE_AUTOMOC OFF)
+# Generated sources depend on nothing of another target, so they can be made without compiling it.
+set(CMAKE_AUTOGEN_ORIGIN_DEPENDS OFF)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets Svg LinguistTools)
 if(KESTRO_BUILD_TESTS)
     find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 endif()
+
+# Every target's generated sources, without compiling anything.
+add_custom_target(kestro_generated)
 
 # Flags of every target. The prefix map makes log lines read "./src/…" whatever the build folder is.
 add_library(kestro_flags INTERFACE)
@@ -55,6 +59,51 @@ target_link_libraries(kestro_qt_flags INTERFACE kestro_flags Qt6::Core)
 target_compile_definitions(kestro_qt_flags INTERFACE
     QT_MESSAGELOGCONTEXT QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
 
+# Parsing Qt's headers is most of the compile time, so they are parsed once for each set of libraries. A source still
+# includes what it uses: dev/check compiles headers alone and lints without them (KESTRO_PCH=OFF).
+option(KESTRO_PCH "Precompile the Qt headers" ON)
+if(KESTRO_CCACHE AND KESTRO_PCH)
+    # ccache(1), "Precompiled headers"
+    set(launcher "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${KESTRO_CCACHE}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${launcher}")
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>)
+endif()
+
+function(kestro_precompiled name)
+    cmake_parse_arguments(ARG "" "" "HEADERS;LIBS" ${ARGN})
+    file(WRITE "${CMAKE_BINARY_DIR}/pch/${name}.cpp" "")
+    add_library(${name} STATIC EXCLUDE_FROM_ALL "${CMAKE_BINARY_DIR}/pch/${name}.cpp")
+    target_link_libraries(${name} PRIVATE kestro_qt_flags ${ARG_LIBS})
+    target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+endfunction()
+
+set(core_headers <QCoreApplication> <QDebug> <QDir> <QFile> <QJsonDocument> <QJsonObject> <QProcess>
+    <QRegularExpression> <QStringList> <QTimer> <QVariantMap>)
+set(widget_headers <QApplication> <QLabel> <QPainter> <QPushButton> <QVBoxLayout>)
+if(KESTRO_PCH)
+    kestro_precompiled(kestro_pch_core HEADERS ${core_headers})
+    kestro_precompiled(kestro_pch_widgets HEADERS ${core_headers} ${widget_headers} LIBS Qt6::Widgets)
+endif()
+
+# Lets a target use the precompiled headers that fit the libraries it names. Qt Test's headers are not among them: they
+# depend on a definition that differs from target to target.
+function(kestro_use_precompiled name libs)
+    if(NOT KESTRO_PCH)
+        return()
+    endif()
+    set(pch kestro_pch_core)
+    if("Qt6::Widgets" IN_LIST libs OR "kestro_velk" IN_LIST libs OR "kestro_pages" IN_LIST libs)
+        set(pch kestro_pch_widgets)
+    endif()
+    target_precompile_headers(${name} REUSE_FROM ${pch})
+endfunction()
+
+# AUTOMOC with its target among those of kestro_generated.
+function(kestro_generate_moc name)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON AUTORCC ON)
+    cmake_language(EVAL CODE "cmake_language(DEFER DIRECTORY \"${CMAKE_SOURCE_DIR}\" CALL add_dependencies kestro_generated ${name}_autogen)")
+endfunction()
+
 # kestro_library(NAME SOURCES … [LIBS …] [PLAIN]): a static library; PLAIN means without Qt.
 function(kestro_library name)
     cmake_parse_arguments(ARG "PLAIN" "" "SOURCES;LIBS" ${ARGN})
@@ -62,8 +111,9 @@ function(kestro_library name)
     if(ARG_PLAIN)
         target_link_libraries(${name} PUBLIC kestro_flags ${ARG_LIBS})
     else()
-        set_target_properties(${name} PROPERTIES AUTOMOC ON AUTORCC ON)
+        kestro_generate_moc(${name})
         target_link_libraries(${name} PUBLIC kestro_qt_flags ${ARG_LIBS})
+        kestro_use_precompiled(${name} "${ARG_LIBS}")
     endif()
 endfunction()
 
@@ -74,8 +124,9 @@ function(kestro_program name)
     if(ARG_PLAIN)
         target_link_libraries(${name} PRIVATE kestro_flags ${ARG_LIBS})
     else()
-        set_target_properties(${name} PROPERTIES AUTOMOC ON AUTORCC ON)
+        kestro_generate_moc(${name})
         target_link_libraries(${name} PRIVATE kestro_qt_flags ${ARG_LIBS})
+        kestro_use_precompiled(${name} "${ARG_LIBS}")
     endif()
 endfunction()
 
@@ -91,8 +142,9 @@ function(kestro_test name)
     if(ARG_PLAIN)
         target_link_libraries(${name} PRIVATE kestro_flags ${ARG_LIBS})
     else()
-        set_target_properties(${name} PROPERTIES AUTOMOC ON)
+        kestro_generate_moc(${name})
         target_link_libraries(${name} PRIVATE kestro_qt_flags Qt6::Test ${ARG_LIBS})
+        kestro_use_precompiled(${name} "${ARG_LIBS}")
     endif()
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)

@@ -203,7 +203,8 @@ void mountPrivateFolders()
         mountMemory(folder, folder == "/tmp" ? "mode=1777" : "mode=755");
     }
     for (const std::string name : {"cmdline", "swaps"}) {
-        const std::string own = std::string(ownFolder) + "/" + name;
+        std::string own = ownFolder;
+        own.append("/").append(name);
         writeText(own, {});
         bind(own, "/proc/" + name);
     }
