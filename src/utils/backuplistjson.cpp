@@ -32,7 +32,7 @@ QJsonObject backupListToJson(const QList<BackupFileInfo>& list)
 QList<BackupFileInfo> backupListFromJson(const QJsonObject& object)
 {
     QList<BackupFileInfo> list;
-    for (const QJsonValue& value : object.value(listKey).toArray()) {
+    for (const auto& value : object.value(listKey).toArray()) {
         list.append(readJsonFields<BackupFileInfo>(value.toObject(), fields));
     }
     return list;

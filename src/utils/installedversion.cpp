@@ -14,7 +14,7 @@ namespace {
 /// QFileInfo would resolve the target on the running system, so the raw one is read.
 QString osVersionFile(const QString& rootDir)
 {
-    const QString link = rootDir + u"/etc/os-version"_s;
+    QString link = rootDir + u"/etc/os-version"_s;
     std::error_code error;
     const std::filesystem::path target = std::filesystem::read_symlink(QFile::encodeName(link).constData(), error);
     if (error) {
