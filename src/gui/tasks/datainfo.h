@@ -14,5 +14,5 @@ struct DataInfo
 [[nodiscard]] DataInfo parseDataInfo(const QString& text);
 
 /// Whether an archive may be extracted to a directory of this name: archives are not trusted to name one inside the
-/// partition (".."), nor one that tar takes for a directory and not for an option ("--to-command=…").
+/// partition (".."), nor one that tar takes for a directory and not for an option ("--absolute-names").
 [[nodiscard]] bool isSafeDirectory(const QString& directory);

@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString scripts = u"/lib/kestro-recovery-gui/scripts/"_s;
+
 struct DeviceRow
 {
     QLatin1StringView name;
@@ -63,6 +65,10 @@ FakeMachine::FakeMachine()
     for (const DeviceRow& row : devices)
         udisks.addDevice(device(row.name));
     writeInstalledSystem();
+    for (const QString& script : {u"write-file"_s, u"resetEFI"_s, u"reset-grub"_s})
+        programs.reply({scripts + script});
+    programs.reply(
+        {scripts + u"create-data-info"_s}, {.snippet = R"(printf 'UUID=%s\nDirectory=%s\n' "$1" "$2" >"$3")"});
     QDir::setCurrent(m_workingDirectory.path());
 }
 
@@ -103,22 +109,27 @@ void FakeMachine::allowFileCommands()
 
 void FakeMachine::allowImages()
 {
-    programs.reply({u"/lib/kestro-recovery-gui/scripts/write-file"_s});
     programs.reply({u"kestro-clone"_s, u"--write-custom-file"_s});
-    programs.reply({u"kestro-clone"_s, u"--tui"_s});
+    programs.reply({u"kestro-clone"_s, u"--tui"_s}, {.snippet = R"([ -b "$3" ] || printf image >"$3")"});
     programs.reply({u"kestro-clone"_s, u"--kim-info"_s});
 }
 
-QStringList FakeMachine::callsWithout(const QStringList& programNames) const
+QStringList FakeMachine::callsOf(const QStringList& programNames) const
 {
     QStringList lines;
     for (QStringList call : programs.calls()) {
         if (call.value(0) == "sudo"_L1)
             call.removeFirst();
-        if (!programNames.contains(call.value(0)))
-            lines.append(call.join(u' '));
+        call[0].remove(scripts);
+        if (programNames.contains(call.constFirst()))
+            lines.append(call.join(u' ').remove(u" --xattrs --xattrs-include=*"_s));
     }
     return lines;
+}
+
+QStringList FakeMachine::jobs() const
+{
+    return callsOf({u"kestro-clone"_s}).filter(u"--tui"_s).replaceInStrings(u"kestro-clone --tui "_s, QString());
 }
 
 QJsonObject taskElement(const QString& command, const QStringList& args)

@@ -45,11 +45,14 @@ public:
     /// Lets file commands and archives run for real, in the sandbox.
     void allowFileCommands();
 
-    /// Prepares the image tool: writing and checking images succeed.
+    /// Prepares the image tool: writing and checking images succeed; a job leaves a small file in place of an image.
     void allowImages();
 
-    /// The recorded calls of programs without those that begin with one of the given words.
-    [[nodiscard]] QStringList callsWithout(const QStringList& programNames) const;
+    /// The recorded calls of these programs, each without "sudo", the scripts' folder and tar's fixed options.
+    [[nodiscard]] QStringList callsOf(const QStringList& programNames) const;
+
+    /// The image jobs that ran, each as "FROM TO".
+    [[nodiscard]] QStringList jobs() const;
 
 private:
     QTemporaryDir m_workingDirectory;

@@ -232,8 +232,8 @@ void TaskParsersTest::safeDirectories_data()
     QTest::newRow("opt") << u"opt"_s << true;
     QTest::newRow("deeper") << u"/usr/local/opt"_s << true;
     QTest::newRow("out of the partition") << u"../../etc"_s << false;
-    QTest::newRow("an option of tar") << u"--to-command=sh -c x"_s << false;
-    QTest::newRow("an option behind a slash") << u"x/--checkpoint-action=exec=sh"_s << false;
+    QTest::newRow("an option of tar") << u"--absolute-names"_s << false;
+    QTest::newRow("an option behind a slash") << u"x/--absolute-names"_s << false;
 }
 
 void TaskParsersTest::safeDirectories()

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "gui/tasks/BackupTask.h"
+#include "gui/tasks/FakeMachine.h"
+#include "gui/tasks/ManualRestoreTask.h"
+#include "gui/tasks/TaskRun.h"
+#include "sandbox/Sandbox.h"
+
+#include <QFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int manualBackup = 3;
+constexpr int systemBackup = 4;
+
+QJsonObject imageOf(const QString& source, const QString& name = u"system.kim"_s)
+{
+    return taskElement(u"create-backup-image"_s, {u"UUID:"_s + source, u"UUID:TARGET"_s, u"/b"_s, name});
+}
+
+QJsonObject directoriesOf(const QString& source)
+{
+    return taskElement(u"create-backup-directory"_s, {source, u" TARGET "_s, u"/b"_s});
+}
+
+} // namespace
+
+class BackupTaskTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void systemBackupCalls();
+    void manualBackupCalls();
+    void badElements_data();
+    void badElements();
+    void onlyTheFirstDirectoryIsChecked();
+    void badImage_data();
+    void badImage();
+    void backupAndRestore();
+};
+
+void BackupTaskTest::systemBackupCalls()
+{
+    FakeMachine machine;
+    machine.allowFileCommands();
+    machine.allowImages();
+    machine.programs.reply({u"sudo"_s, u"tar"_s});
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)}, systemBackup);
+    QCOMPARE(run.outcome(), u"finished"_s);
+    const QString dir = u"/media/TARGET/b/"_s;
+    QCOMPARE(machine.callsOf({u"mkdir"_s, u"setfacl"_s, u"write-file"_s, u"kestro-clone"_s, u"create-data-info"_s,
+                 u"tar"_s, u"rm"_s}),
+        (QStringList{u"mkdir -p "_s + dir, u"setfacl -m o:rwx "_s + dir,
+            u"write-file DiskInfo UUID=ROOT\\nVersion=1.1"_s,
+            u"kestro-clone --write-custom-file kim://%1system.kim/DiskInfo DiskInfo"_s.arg(dir),
+            u"create-data-info DATA opt /media/DATA/datainfo"_s,
+            u"tar -cpf %1/opt.tar -C /media/DATA datainfo"_s.arg(dir), u"rm /media/DATA/datainfo"_s,
+            u"create-data-info DATA var /media/DATA/datainfo"_s,
+            u"tar -cpf %1/var.tar -C /media/DATA datainfo"_s.arg(dir), u"rm /media/DATA/datainfo"_s,
+            u"kestro-clone --tui /dev/sda3 %1system.kim"_s.arg(dir),
+            u"tar -rpf %1/opt.tar -C /media/DATA/ opt"_s.arg(dir),
+            u"tar -rpf %1/var.tar -C /media/DATA/ var"_s.arg(dir),
+            u"kestro-clone --kim-info %1/system.kim"_s.arg(dir)}));
+    QVERIFY(!machine.udisks.callLines().contains(u"Unmount sda5"_s));
+}
+
+void BackupTaskTest::manualBackupCalls()
+{
+    FakeMachine machine;
+    machine.allowFileCommands();
+    machine.allowImages();
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, manualBackup);
+    QCOMPARE(run.outcome(), u"finished"_s);
+    QCOMPARE(machine.callsOf({u"write-file"_s}), QStringList{u"write-file DiskInfo DiskDrive=DISK_A\\nVersion=1.1"_s});
+    QCOMPARE(machine.jobs(), QStringList{u"/dev/sda /media/TARGET/b/system.kim"_s});
+    QVERIFY(machine.udisks.callLines().contains(u"Unmount sda5"_s));
+}
+
+void BackupTaskTest::badElements_data()
+{
+    QTest::addColumn<QJsonObject>("element");
+    QTest::addColumn<QString>("message");
+    const QString image = u"create-backup-image"_s;
+    const QString directory = u"create-backup-directory"_s;
+    QTest::newRow("other command") << taskElement(u"Create-Backup-Image"_s, {u"ROOT"_s, u"TARGET"_s, u"/b"_s})
+                                   << QString();
+    QTest::newRow("two arguments") << taskElement(image, {u"ROOT"_s, u"TARGET"_s}) << u"args size is empty or less 3"_s;
+    QTest::newRow("no arguments") << taskElement(directory) << u"args size is empty or less 3"_s;
+    QTest::newRow("unknown source") << imageOf(u"GONE"_s) << u"from path is empty"_s;
+    QTest::newRow("empty source") << imageOf({}) << u"from path is empty"_s;
+    QTest::newRow("unknown target") << taskElement(image, {u"ROOT"_s, u"GONE"_s, u"/b"_s, u"x.kim"_s})
+                                    << u"to path is empty"_s;
+    QTest::newRow("target cannot be mounted")
+        << taskElement(directory, {u"DATA"_s, u"SWAP"_s, u"/b"_s}) << u"to path is empty"_s;
+    QTest::newRow("directory leads upwards")
+        << taskElement(image, {u"ROOT"_s, u"TARGET"_s, u"/../x"_s, u"x.kim"_s}) << u"to path is empty"_s;
+    QTest::newRow("name leads upwards") << imageOf(u"ROOT"_s, u"../../x.kim"_s) << u"to path is empty"_s;
+    QTest::newRow("directories of nothing") << directoriesOf(u"GONE"_s) << u"from path is empty"_s;
+}
+
+void BackupTaskTest::badElements()
+{
+    QFETCH(const QJsonObject, element);
+    QFETCH(const QString, message);
+    const FakeMachine machine;
+    TaskRun<BackupTask> run(QJsonArray{element}, systemBackup);
+    // Failed while it was made, before anyone could connect: the message must be there all the same.
+    QVERIFY(run.task.isFailed());
+    QCOMPARE(run.task.errorMessage(), u"Failed to initialize the task"_s);
+    QCOMPARE(machine.programs.callLines(), QStringList());
+    QVERIFY(message.isEmpty() || machine.log.find(message).line > 0);
+}
+
+void BackupTaskTest::onlyTheFirstDirectoryIsChecked()
+{
+    FakeMachine machine;
+    machine.allowFileCommands();
+    machine.allowImages();
+    const QJsonObject other =
+        taskElement(u"create-backup-image"_s, {u"DATA"_s, u"TARGET"_s, u"/other"_s, u"data.kim"_s});
+    Sandbox::writeFile(u"/media/TARGET/b/older.KIM"_s, "image");
+    Sandbox::writeFile(u"/media/TARGET/b/.hidden.kim"_s, "image");
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), other}, systemBackup);
+    QCOMPARE(run.outcome(), u"finished"_s);
+    QCOMPARE(machine.jobs().size(), 2);
+    QCOMPARE(machine.callsOf({u"kestro-clone"_s}).filter(u"--kim-info"_s),
+        (QStringList{u"kestro-clone --kim-info /media/TARGET/b//older.KIM"_s,
+            u"kestro-clone --kim-info /media/TARGET/b//system.kim"_s}));
+}
+
+void BackupTaskTest::badImage_data()
+{
+    QTest::addColumn<QByteArray>("out");
+    QTest::addColumn<QByteArray>("err");
+    QTest::newRow("on standard error") << ""_ba
+                                       << "invalid file: bad checksum\n"_ba;
+    QTest::newRow("on standard output") << "this is an invalid file\n"_ba
+                                        << ""_ba;
+}
+
+void BackupTaskTest::badImage()
+{
+    QFETCH(const QByteArray, out);
+    QFETCH(const QByteArray, err);
+    FakeMachine machine;
+    machine.allowFileCommands();
+    machine.allowImages();
+    machine.programs.reply(
+        {u"kestro-clone"_s, u"--kim-info"_s, u"/media/TARGET/b//system.kim"_s}, {.out = out, .err = err});
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, systemBackup);
+    QCOMPARE(run.outcome(), u"Backup error, please try again"_s);
+}
+
+void BackupTaskTest::backupAndRestore()
+{
+    FakeMachine machine;
+    machine.allowFileCommands();
+    Sandbox::writeFile(u"/media/DATA/opt/app/file"_s, "opt content");
+    Sandbox::writeFile(u"/media/DATA/var/lib/state"_s, "var content");
+    Sandbox::writeFile(u"/media/TARGET/b/x"_s, "");
+    TaskRun<BackupTask> backup(QJsonArray{directoriesOf(u"DATA"_s)}, systemBackup);
+    QCOMPARE(backup.outcome(), u"finished"_s);
+    QVERIFY(!QFile::exists(u"/media/DATA/datainfo"_s));
+
+    Sandbox::writeFile(u"/media/DATA/opt/app/file"_s, "damaged");
+    Sandbox::writeFile(u"/media/DATA/var/added"_s, "later");
+    QFile::remove(u"/media/DATA/var/lib/state"_s);
+    const QJsonArray restoreTasks{taskElement(u"restore-partitions"_s, {u"UUID:TARGET"_s, u"/b"_s, u"UUID:ROOT"_s})};
+    TaskRun<ManualRestoreTask> restore(restoreTasks);
+    QCOMPARE(restore.outcome(), u"finished"_s);
+    QCOMPARE(Sandbox::readFile(u"/media/DATA/opt/app/file"_s), "opt content"_ba);
+    QCOMPARE(Sandbox::readFile(u"/media/DATA/var/lib/state"_s), "var content"_ba);
+    QVERIFY(!QFile::exists(u"/media/DATA/var/added"_s));
+    QVERIFY(!QFile::exists(u"datainfo"_s));
+}
+
+int main(int argc, char** argv)
+{
+    return Sandbox::run<BackupTaskTest>(argc, argv);
+}
+
+#include "tst_backuptask.moc"

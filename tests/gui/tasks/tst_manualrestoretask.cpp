@@ -1,0 +1,368 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "gui/tasks/FakeMachine.h"
+#include "gui/tasks/ManualRestoreTask.h"
+#include "gui/tasks/TaskRun.h"
+#include "sandbox/Sandbox.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString brokenFile = u"There is something wrong with your backup file"_s;
+const QString otherDisk = u"Your disk info and the backup info do not match, so you cannot restore now"_s;
+const QString otherVersion =
+    u"Your system version does not match the backup file, please update the system and restore again"_s;
+const QString backup = u"/media/TARGET/b"_s;
+
+QJsonArray restoreOf(const QStringList& directories)
+{
+    QJsonArray tasks;
+    for (const QString& directory : directories)
+        tasks.append(taskElement(u"restore-partitions"_s, {u"UUID:TARGET"_s, directory, u"ROOT"_s}));
+    return tasks;
+}
+
+/// A reply of the image tool that leaves a record, always of the same time.
+FakePrograms::Reply record(const QByteArray& text)
+{
+    return {.snippet = "printf '%b' '" + text + "' >\"$3\"; touch -d @1000 \"$3\""};
+}
+
+/// Machine with a backup directory of images whose records are read with the custom-file call.
+struct Restore
+{
+    explicit Restore(const QStringList& images)
+    {
+        machine.allowFileCommands();
+        machine.programs.reply({u"mkswap"_s});
+        machine.programs.reply({u"kestro-clone"_s, u"--tui"_s});
+        machine.programs.reply({u"kestro-clone"_s, u"--kim-info"_s}, "image of 3 blocks\n");
+        QDir().mkpath(backup);
+        for (const QString& image : images)
+            Sandbox::writeFile(backup + u'/' + image, "image");
+    }
+
+    void readsRecord(const FakePrograms::Reply& reply)
+    {
+        machine.programs.reply({u"kestro-clone"_s, u"--read-custom-file"_s}, reply);
+    }
+
+    /// An archive with the given description, made with the real tar in the sandbox.
+    void addArchive(const QString& name, const QByteArray& description, const QStringList& options = {})
+    {
+        const QString source = Sandbox::freshFolder();
+        Sandbox::writeFile(source + u"/datainfo"_s, description);
+        Sandbox::writeFile(source + u"/opt/file"_s, "restored");
+        Sandbox::writeFile(source + u"/var/file"_s, "restored");
+        const QStringList members{u"datainfo"_s, u"opt"_s, u"var"_s};
+        const QStringList arguments{u"-cf"_s, backup + u'/' + name, u"-C"_s, source};
+        QCOMPARE(QProcess::execute(u"tar"_s, options + arguments + members), 0);
+        machine.programs.forgetCalls();
+    }
+
+    [[nodiscard]] QString outcome(const QStringList& directories = {u"/b"_s})
+    {
+        return TaskRun<ManualRestoreTask>(restoreOf(directories)).outcome();
+    }
+
+    [[nodiscard]] QStringList changes() const { return machine.callsOf({u"chattr"_s, u"rm"_s, u"mkswap"_s}); }
+
+    FakeMachine machine;
+};
+
+} // namespace
+
+class ManualRestoreTaskTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void targets_data();
+    void targets();
+    void recordLines_data();
+    void recordLines();
+    void recordsOfOneSizeAndTime();
+    void noRecordForTheSecondImage_data();
+    void noRecordForTheSecondImage();
+    void diskImageUnmountsItsDrive();
+    void swapOfTheDisk_data();
+    void swapOfTheDisk();
+    void secondArchiveWithoutDescription();
+    void refusedArchives_data();
+    void refusedArchives();
+    void membersStayInTheDirectory();
+    void laterRefusalChangesNothing();
+    void nothingToRestore_data();
+    void nothingToRestore();
+    void liveStart();
+    void directoryGoneAtTheEnd();
+};
+
+void ManualRestoreTaskTest::targets_data()
+{
+    QTest::addColumn<QString>("image");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("outcome");
+    QTest::addColumn<QStringList>("devices");
+    const QString system = u"system.kim"_s;
+    const QString data = u"data.kim"_s;
+    const auto accepted = [](const char* name, const QString& image, const QByteArray& text,
+                              const QStringList& devices) {
+        QTest::newRow(name) << image << text << u"finished"_s << devices;
+    };
+    const auto refused = [](const char* name, const QString& image, const QByteArray& text, const QString& outcome) {
+        QTest::newRow(name) << image << text << outcome << QStringList();
+    };
+    accepted("root onto itself", system, "UUID=ROOT\\nVersion=1.1", {u"/dev/sda3"_s});
+    accepted("system, other partition of the disk", system, "UUID=DATA\\nVersion=1.1", {u"/dev/sda5"_s});
+    refused("system, other disk", system, "UUID=TARGET\\nVersion=1.1", otherDisk);
+    accepted("data, other disk", data, "UUID=TARGET\\nVersion=1.1", {u"/dev/sdb1"_s});
+    refused("partition not here", data, "UUID=GONE\\nVersion=1.1", otherDisk);
+    accepted("disk of the root", system, "DiskDrive=DISK_A\\nVersion=1.1", {u"/dev/sda"_s});
+    refused("system, disk without the root", system, "DiskDrive=DISK_B\\nVersion=1.1", otherDisk);
+    accepted("data, other disk as a whole", data, "DiskDrive=DISK_B\\nVersion=1.1", {u"/dev/sdb"_s});
+    refused("disk not here", data, "DiskDrive=DISK_X\\nVersion=1.1", otherDisk);
+    accepted("disk and partition", system, "DiskDrive=DISK_A\\nUUID=ROOT", {u"/dev/sda"_s, u"/dev/sda3"_s});
+    refused("disk fits, partition does not", system, "DiskDrive=DISK_A\\nUUID=GONE", otherDisk);
+    accepted("version 1.9", data, "UUID=DATA\\nVersion=1.9", {u"/dev/sda5"_s});
+    accepted("version 1", data, "UUID=DATA\\nVersion=1", {u"/dev/sda5"_s});
+    accepted("no version", data, "UUID=DATA", {u"/dev/sda5"_s});
+    refused("version 2.0", data, "UUID=DATA\\nVersion=2.0", otherVersion);
+    refused("names nothing", data, "Version=1.1", brokenFile);
+    refused("a list", data, "UUID=DATA,ROOT\\nVersion=1.1", brokenFile);
+}
+
+void ManualRestoreTaskTest::targets()
+{
+    QFETCH(const QString, image);
+    QFETCH(const QByteArray, text);
+    QFETCH(const QStringList, devices);
+    Restore restore({image});
+    restore.readsRecord(record(text));
+    QTEST(restore.outcome(), "outcome");
+    QStringList expected;
+    for (const QString& device : devices)
+        expected.append(u"%1/%2 %3"_s.arg(backup, image, device));
+    QCOMPARE(restore.machine.jobs(), expected);
+    QVERIFY(!QFile::exists(u"DiskInfo"_s));
+}
+
+void ManualRestoreTaskTest::recordLines_data()
+{
+    QTest::addColumn<QByteArray>("out");
+    QTest::addColumn<QByteArray>("err");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("outcome");
+    const QString good = u"finished"_s;
+    QTest::newRow("partition") << "ok\nUUID=DATA\n"_ba
+                               << ""_ba << 0 << good;
+    QTest::newRow("empty value") << "UUID=\n"_ba
+                                 << ""_ba << 0 << brokenFile;
+    QTest::newRow("invalid on standard output") << "invalid file\nUUID=DATA\n"_ba
+                                                << ""_ba << 0 << brokenFile;
+    QTest::newRow("invalid on standard error") << "UUID=DATA\n"_ba
+                                               << "invalid file\n"_ba << 0 << brokenFile;
+    QTest::newRow("tool fails without a word") << "UUID=DATA\n"_ba
+                                               << ""_ba << 1 << brokenFile;
+}
+
+void ManualRestoreTaskTest::recordLines()
+{
+    QFETCH(const QByteArray, out);
+    QFETCH(const QByteArray, err);
+    QFETCH(const int, exitCode);
+    Restore restore({u"a.kim"_s});
+    restore.machine.programs.reply(
+        {u"kestro-clone"_s, u"--kim-info"_s, backup + u"/a.kim"_s}, {.out = out, .err = err, .exitCode = exitCode});
+    QTEST(restore.outcome(), "outcome");
+    QCOMPARE(restore.machine.callsOf({u"kestro-clone"_s}).filter(u"--read-custom-file"_s), QStringList());
+}
+
+void ManualRestoreTaskTest::recordsOfOneSizeAndTime()
+{
+    Restore restore({u"a.kim"_s, u"b.kim"_s});
+    restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
+    restore.readsRecord(record("UUID=BOOT\\nVersion=1.1"));
+    QCOMPARE(restore.outcome(), u"finished"_s);
+    QCOMPARE(restore.machine.jobs(), (QStringList{backup + u"/a.kim /dev/sda5"_s, backup + u"/b.kim /dev/sda2"_s}));
+}
+
+void ManualRestoreTaskTest::noRecordForTheSecondImage_data()
+{
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("tool fails") << 1;
+    QTest::newRow("tool says nothing") << 0;
+}
+
+void ManualRestoreTaskTest::noRecordForTheSecondImage()
+{
+    QFETCH(const int, exitCode);
+    Restore restore({u"a.kim"_s, u"b.kim"_s});
+    restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
+    restore.readsRecord({.exitCode = exitCode});
+    QCOMPARE(restore.outcome(), brokenFile);
+    QCOMPARE(restore.machine.jobs(), QStringList());
+}
+
+void ManualRestoreTaskTest::diskImageUnmountsItsDrive()
+{
+    Restore restore({u"disk.kim"_s});
+    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
+    restore.readsRecord(record("DiskDrive=DISK_A\\nVersion=1.1"));
+    QCOMPARE(restore.outcome(), u"finished"_s);
+    QCOMPARE(restore.machine.callsOf({u"tar"_s}), QStringList());
+    const QStringList calls = restore.machine.udisks.callLines();
+    QVERIFY(calls.contains(u"Unmount sda5"_s));
+    QVERIFY(!calls.contains(u"Unmount sdb1"_s));
+    QVERIFY(restore.machine.log.find(u"don't restore the opt and var directory!"_s).line > 0);
+}
+
+void ManualRestoreTaskTest::swapOfTheDisk_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("fstab");
+    QTest::addColumn<QStringList>("calls");
+    const QByteArray disk = "DiskDrive=DISK_A\\nVersion=1.1";
+    const QByteArray entry = "UUID=NEW-SWAP none swap sw 0 0\n";
+    QTest::newRow("entry") << disk << entry << QStringList{u"mkswap /dev/sda6 -U NEW-SWAP"_s};
+    // Deliberate: the first word of a comment that mentions swap.
+    QTest::newRow("comment first") << disk << "# swap was on /dev/sda6\n" + entry
+                                   << QStringList{u"mkswap /dev/sda6 -U #"_s};
+    QTest::newRow("no swap entry") << disk << "UUID=ROOT / ext4\n"_ba << QStringList();
+    QTest::newRow("partition image") << "UUID=DATA\\nVersion=1.1"_ba << entry << QStringList();
+}
+
+void ManualRestoreTaskTest::swapOfTheDisk()
+{
+    QFETCH(const QByteArray, text);
+    QFETCH(const QByteArray, fstab);
+    Restore restore({u"disk.kim"_s});
+    Sandbox::writeFile(u"/media/ROOT/etc/fstab"_s, fstab);
+    // Listed after the root partition: the first answer stays.
+    Sandbox::writeFile(u"/media/DATA/etc/fstab"_s, "UUID=OTHER none swap sw 0 0\n");
+    if (!fstab.contains("swap"))
+        QFile::remove(u"/media/DATA/etc/fstab"_s);
+    restore.readsRecord(record(text));
+    QCOMPARE(restore.outcome(), u"finished"_s);
+    QTEST(restore.machine.callsOf({u"mkswap"_s}), "calls");
+}
+
+void ManualRestoreTaskTest::secondArchiveWithoutDescription()
+{
+    Restore restore({});
+    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
+    Sandbox::writeFile(backup + u"/var.tar"_s, "no archive");
+    Sandbox::writeFile(u"/media/DATA/opt/former"_s, "");
+    QCOMPARE(restore.outcome(), u"finished"_s);
+    QCOMPARE(restore.machine.callsOf({u"tar"_s}),
+        (QStringList{u"tar -xpf %1/opt.tar datainfo"_s.arg(backup), u"tar -xpf %1/var.tar datainfo"_s.arg(backup),
+            u"tar -xpf %1/opt.tar -C /media/DATA/ opt"_s.arg(backup)}));
+    QVERIFY(restore.machine.log.find(u"datainfo not exists!"_s).line > 0);
+    QCOMPARE(QDir(u"/media/DATA/opt"_s).entryList(QDir::Files), QStringList{u"file"_s});
+}
+
+void ManualRestoreTaskTest::refusedArchives_data()
+{
+    QTest::addColumn<QByteArray>("description");
+    QTest::addColumn<QString>("outcome");
+    QTest::newRow("unknown partition") << "UUID=GONE\nDirectory=opt\n"_ba << otherDisk;
+    QTest::newRow("cannot be mounted") << "UUID=SWAP\nDirectory=opt\n"_ba << otherDisk;
+    QTest::newRow("out of the partition") << "UUID=DATA\nDirectory=../ROOT/etc\n"_ba << brokenFile;
+    QTest::newRow("option of tar") << "UUID=DATA\nDirectory=--absolute-names\n"_ba << brokenFile;
+    QTest::newRow("names no directory") << "UUID=DATA\n"_ba << u"Failed to initialize the task"_s;
+}
+
+void ManualRestoreTaskTest::refusedArchives()
+{
+    QFETCH(const QByteArray, description);
+    Restore restore({});
+    restore.addArchive(u"opt.tar"_s, description);
+    QTEST(restore.outcome(), "outcome");
+    QCOMPARE(restore.changes(), QStringList());
+    QCOMPARE(restore.machine.callsOf({u"tar"_s}).size(), 1);
+    QVERIFY(!QFile::exists(u"datainfo"_s));
+}
+
+void ManualRestoreTaskTest::membersStayInTheDirectory()
+{
+    // The safety of GNU tar's default is relied on: no "-P" on our side.
+    Restore restore({});
+    restore.addArchive(
+        u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n", {u"-P"_s, u"--transform=s,^opt/file$,opt/../../escaped,"_s});
+    QCOMPARE(restore.outcome(), u"/recovery/kestro-recovery-gui.log"_s);
+    QVERIFY(!QFile::exists(u"/media/escaped"_s));
+    restore.addArchive(
+        u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n", {u"-P"_s, u"--transform=s,^opt/file$,/opt/absolute,"_s});
+    QCOMPARE(restore.outcome(), u"finished"_s);
+    QVERIFY(!QFile::exists(u"/opt/absolute"_s));
+}
+
+void ManualRestoreTaskTest::laterRefusalChangesNothing()
+{
+    Restore restore({});
+    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
+    Sandbox::writeFile(u"/media/TARGET/bad/x.kim"_s, "image");
+    restore.readsRecord(record("UUID=GONE\\nVersion=1.1"));
+    QCOMPARE(restore.outcome({u"/b"_s, u"/bad"_s, u"/b"_s}), otherDisk);
+    QCOMPARE(restore.changes(), QStringList());
+    QCOMPARE(restore.machine.callsOf({u"tar"_s}).size(), 1);
+}
+
+void ManualRestoreTaskTest::nothingToRestore_data()
+{
+    QTest::addColumn<QString>("uuid");
+    QTest::addColumn<QString>("directory");
+    QTest::newRow("empty directory") << u"TARGET"_s << u"/empty"_s;
+    QTest::newRow("no such directory") << u"TARGET"_s << u"/none"_s;
+    QTest::newRow("unknown partition") << u"GONE"_s << u"/media/TARGET/b"_s;
+    QTest::newRow("leads upwards") << u"TARGET"_s << u"/../TARGET/b"_s;
+}
+
+void ManualRestoreTaskTest::nothingToRestore()
+{
+    QFETCH(const QString, uuid);
+    QFETCH(const QString, directory);
+    Restore restore({u"a.kim"_s});
+    restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
+    QDir().mkpath(u"/media/TARGET/empty"_s);
+    const QJsonArray tasks{taskElement(u"restore-partitions"_s, {uuid, directory}), taskElement(u"other"_s)};
+    TaskRun<ManualRestoreTask> run(tasks);
+    QCOMPARE(run.outcome(), u"Failed to initialize the task"_s);
+    QCOMPARE(restore.machine.programs.callLines(), QStringList());
+}
+
+void ManualRestoreTaskTest::liveStart()
+{
+    Restore restore({u"a.kim"_s});
+    restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
+    TaskRun<ManualRestoreTask> run(backup);
+    QVERIFY(!run.task.isStarted());
+    QCOMPARE(run.outcome(), u"finished"_s);
+    QCOMPARE(restore.machine.jobs(), QStringList{backup + u"/a.kim /dev/sda5"_s});
+    QCOMPARE(restore.machine.callsOf({u"resetEFI"_s}).size(), 1);
+    // Deliberate: chosen on the page, an empty directory is no failure.
+    QDir().mkpath(u"/media/TARGET/empty"_s);
+    QCOMPARE(TaskRun<ManualRestoreTask>(u"/media/TARGET/empty"_s).outcome(), u"finished"_s);
+}
+
+void ManualRestoreTaskTest::directoryGoneAtTheEnd()
+{
+    Restore restore({u"a.kim"_s});
+    restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
+    restore.machine.programs.reply(
+        {u"kestro-clone"_s, u"--tui"_s, backup + u"/a.kim"_s}, {.snippet = "rm -r /media/TARGET/b"});
+    QCOMPARE(restore.outcome(), u"Cannot find the target location"_s);
+    QCOMPARE(restore.machine.callsOf({u"resetEFI"_s}), QStringList());
+}
+
+int main(int argc, char** argv)
+{
+    return Sandbox::run<ManualRestoreTaskTest>(argc, argv);
+}
+
+#include "tst_manualrestoretask.moc"
