@@ -35,13 +35,11 @@ VGuiApplicationHelper::ColorType VGuiApplicationHelper::toColorType(const QPalet
     return dark ? DarkType : LightType;
 }
 
-QColor VGuiApplicationHelper::adjustColor(const QColor& base, int lightness)
+QColor VGuiApplicationHelper::adjustColor(const QColor& base, int steps)
 {
     const QColor hsl = base.toHsl();
-    const float from = hsl.lightnessF();
-    const float share = static_cast<float>(qBound(-100, lightness, 100)) / 100.0F;
-    const float to = share > 0 ? from + ((1.0F - from) * share) : from * (1.0F + share);
-    return QColor::fromHslF(qMax(0.0F, hsl.hslHueF()), hsl.hslSaturationF(), to, hsl.alphaF());
+    const int lightness = qBound(0, hsl.lightness() + steps, 255);
+    return QColor::fromHsl(qMax(0, hsl.hslHue()), hsl.hslSaturation(), lightness, hsl.alpha());
 }
 
 QColor VGuiApplicationHelper::blendColor(const QColor& lower, const QColor& upper)

@@ -24,9 +24,8 @@ public:
     /// DarkType when @p palette writes light text on a dark window.
     [[nodiscard]] static ColorType toColorType(const QPalette& palette);
 
-    /// @p base with its lightness moved @p lightness percent (-100 to 100) of the way to white or, when negative, to
-    /// black. Hue and alpha stay.
-    [[nodiscard]] static QColor adjustColor(const QColor& base, int lightness);
+    /// @p base with its HSL lightness moved by @p steps of 255, as far as that goes. Hue and alpha stay.
+    [[nodiscard]] static QColor adjustColor(const QColor& base, int steps);
 
     /// @p upper painted over an opaque @p lower.
     [[nodiscard]] static QColor blendColor(const QColor& lower, const QColor& upper);

@@ -19,9 +19,9 @@ QColor interactive(const QColor& color, QStyle::State state)
         return color;
     }
     if (state.testFlag(QStyle::State_Sunken)) {
-        return VGuiApplicationHelper::adjustColor(color, -14);
+        return VGuiApplicationHelper::adjustColor(color, -24);
     }
-    return state.testFlag(QStyle::State_MouseOver) ? VGuiApplicationHelper::adjustColor(color, -7) : color;
+    return state.testFlag(QStyle::State_MouseOver) ? VGuiApplicationHelper::adjustColor(color, -12) : color;
 }
 
 // Outline and background of an indicator: outlined while off, filled while on.

@@ -24,9 +24,6 @@ enum ErrorType {
 /// values outside the enumeration.
 [[nodiscard]] QString errorText(ErrorType type);
 
-/// Registers ErrorType and the sort order's names with the meta type system; further calls do nothing.
-void registerPageTypes();
-
 } // namespace Utils
 
 Q_DECLARE_METATYPE(Utils::ErrorType)

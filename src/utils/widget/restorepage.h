@@ -6,6 +6,7 @@
 #include <QWidget>
 
 class BaseTableView;
+class ErrorLabel;
 class QButtonGroup;
 class QCheckBox;
 class QLabel;
@@ -84,18 +85,21 @@ private:
     void buildBackupFilesRow();
     void buildRestorePointRow();
     void buildFooter();
-    void updateSystemRestoreRow();
+    void updateRows();
     void updateRestoreButton();
+    void onListReady();
+    [[nodiscard]] bool isSystemRestoreUsable() const;
     [[nodiscard]] bool confirmSystemRestore(bool formatData);
-    void restoreSystem();
-    void restoreFromFiles();
-    void restoreFromPoint();
-    void showError(const QString& text);
+    // Each gives whether a request was emitted.
+    [[nodiscard]] bool restoreSystem();
+    [[nodiscard]] bool restoreFromFiles();
+    [[nodiscard]] bool restoreFromPoint();
+    void showInvalidBackup();
     void showWaiting();
 
     QCheckBox* m_keepFiles = nullptr;
     VFileChooserEdit* m_directory = nullptr;
-    QLabel* m_error = nullptr;
+    ErrorLabel* m_error = nullptr;
     QPushButton* m_restoreButton = nullptr;
     RadioItem* m_systemRestoreItem = nullptr;
     RadioItem* m_backupFilesItem = nullptr;
@@ -112,6 +116,10 @@ private:
     QButtonGroup* m_choice = nullptr;
     TreeViewModel* m_model = nullptr;
     bool m_haveInitBackup = true;
+    bool m_systemRestoreOffered = true;
     bool m_restricted = false;
+    bool m_encrypted = false;
     bool m_listRequested = false;
+    bool m_listReady = false;
+    bool m_waiting = false;
 };

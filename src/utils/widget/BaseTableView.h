@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QTreeView>
+
+/// A flat table of backups with a rounded, filled frame; sorted by its time column, newest first, to begin with.
+class BaseTableView : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    explicit BaseTableView(QWidget* parent = nullptr);
+
+    void setModel(QAbstractItemModel* model) override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void drawRow(QPainter* painter, const QStyleOptionViewItem& options, const QModelIndex& index) const override;
+
+private:
+    void paintFrame();
+};

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shows every page and control in every state, or saves a picture of each.
+#include "gallery/scenes.h"
+
+#include "platform/velk/VApplication.h"
+
+#include <QBoxLayout>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QListWidget>
+#include <QStackedWidget>
+#include <QTest>
+#include <QTextStream>
+#include <QTranslator>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+int warnings = 0;
+
+void countWarnings(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+{
+    warnings += type == QtDebugMsg || type == QtInfoMsg ? 0 : 1;
+    QTextStream(stderr) << message << '\n';
+}
+
+// What gives the message "no such directory" its place: a picture that was not written is a failure.
+bool savePicture(const Scene& scene, const QDir& folder)
+{
+    const std::unique_ptr<QWidget> widget(scene.build());
+    widget->show();
+    QTest::qWait(120);
+    const QString file = folder.filePath(scene.name + ".png"_L1);
+    const bool saved = widget->grab().save(file);
+    if (!saved) {
+        qWarning() << "not saved:" << file;
+    }
+    return saved;
+}
+
+int savePictures(const QString& path)
+{
+    if (!QDir().mkpath(path)) {
+        qWarning() << "cannot make the directory" << path;
+        return 1;
+    }
+    int saved = 0;
+    for (const Scene& scene : allScenes()) {
+        saved += savePicture(scene, QDir(path)) ? 1 : 0;
+    }
+    QTextStream(stdout) << saved << " pictures in " << path << ", " << warnings << " warnings\n";
+    return warnings == 0 ? 0 : 1;
+}
+
+// The scenes are built when they are first looked at.
+int browse()
+{
+    QWidget window;
+    auto* list = new QListWidget;
+    auto* stage = new QStackedWidget;
+    auto* row = new QHBoxLayout(&window);
+    row->addWidget(list);
+    row->addWidget(stage, 1);
+    const QList<Scene> scenes = allScenes();
+    for (const Scene& scene : scenes) {
+        list->addItem(scene.name);
+    }
+    QObject::connect(list, &QListWidget::currentRowChanged, stage, [stage, scenes](int current) {
+        while (stage->count() > 0) {
+            delete stage->widget(0);
+        }
+        QWidget* shown = scenes.at(current).build();
+        shown->setWindowFlags(Qt::Widget);
+        stage->addWidget(shown);
+    });
+    list->setCurrentRow(0);
+    window.resize(1100, 680);
+    window.show();
+    return QApplication::exec();
+}
+
+bool useLocale(const QString& folder, const QString& name, QTranslator& translator)
+{
+    if (name.isEmpty()) {
+        return true;
+    }
+    if (!translator.load(u"kestro-recovery-gui_"_s + name, folder)) {
+        qWarning() << "no translation" << name << "in" << folder;
+        return false;
+    }
+    QCoreApplication::installTranslator(&translator);
+    const QLocale locale(name);
+    QLocale::setDefault(locale);
+    QApplication::setLayoutDirection(locale.textDirection());
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qInstallMessageHandler(countWarnings);
+    VApplication app(argc, argv);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(u"Shows every page in every state. KESTRO_THEME=light|dark chooses the look."_s);
+    parser.addHelpOption();
+    parser.addOptions({{u"save"_s, u"Save a picture of each scene in DIR instead."_s, u"DIR"_s},
+        {u"locale"_s, u"Show the texts of the locale NAME."_s, u"NAME"_s},
+        {u"translations"_s, u"Where the .qm files are."_s, u"DIR"_s}});
+    parser.process(app);
+    QTranslator translator;
+    if (!useLocale(parser.value(u"translations"_s), parser.value(u"locale"_s), translator)) {
+        return 1;
+    }
+    return parser.isSet(u"save"_s) ? savePictures(parser.value(u"save"_s)) : browse();
+}
