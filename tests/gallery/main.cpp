@@ -27,12 +27,15 @@ void countWarnings(QtMsgType type, const QMessageLogContext& /*context*/, const 
     QTextStream(stderr) << message << '\n';
 }
 
-// What gives the message "no such directory" its place: a picture that was not written is a failure.
-bool savePicture(const Scene& scene, const QDir& folder)
+// Scenes are shown inside one window: the offscreen platform complains about windows of a fixed size.
+bool savePicture(QWidget& host, const Scene& scene, const QDir& folder)
 {
     const std::unique_ptr<QWidget> widget(scene.build());
+    widget->setParent(&host, Qt::Widget);
+    widget->move(0, 0);
     widget->show();
-    QTest::qWait(120);
+    widget->adjustSize();
+    QTest::qWait(150);
     const QString file = folder.filePath(scene.name + ".png"_L1);
     const bool saved = widget->grab().save(file);
     if (!saved) {
@@ -47,9 +50,13 @@ int savePictures(const QString& path)
         qWarning() << "cannot make the directory" << path;
         return 1;
     }
+    QWidget host;
+    host.resize(800, 600);
+    host.show();
+    host.activateWindow();
     int saved = 0;
     for (const Scene& scene : allScenes()) {
-        saved += savePicture(scene, QDir(path)) ? 1 : 0;
+        saved += savePicture(host, scene, QDir(path)) ? 1 : 0;
     }
     QTextStream(stdout) << saved << " pictures in " << path << ", " << warnings << " warnings\n";
     return warnings == 0 ? 0 : 1;

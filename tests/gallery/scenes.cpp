@@ -67,6 +67,7 @@ QWidget* inWindow(QWidget* page)
 void check(QWidget* page, int row)
 {
     const auto rows = page->findChildren<QRadioButton*>();
+    rows.at(row)->setFocus();
     rows.at(row)->click();
 }
 

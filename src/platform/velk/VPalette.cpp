@@ -68,8 +68,9 @@ QColor VPalette::color(ColorGroup group, ColorType type) const
     }
     const bool dark = VGuiApplicationHelper::toColorType(*this) == VGuiApplicationHelper::DarkType;
     const QColor color = QColor::fromRgb((dark ? darkLook : lightLook)[type]);
-    const bool background = type == ItemBackground || type == HoverBackground;
-    return group == Disabled && !background ? faded(color, QPalette::color(Disabled, Window)) : color;
+    // Explanations and errors often tell why something cannot be used.
+    const bool kept = type == ItemBackground || type == HoverBackground || type == TipText || type == ErrorText;
+    return group == Disabled && !kept ? faded(color, QPalette::color(Disabled, Window)) : color;
 }
 
 QColor VPalette::color(ColorType type) const

@@ -33,7 +33,8 @@ public:
     using QPalette::brush;
     using QPalette::color;
 
-    /// @p type's colour in @p group; disabled colours are paler. NoType gives an invalid colour.
+    /// @p type's colour in @p group; disabled colours are paler, but for backgrounds, tips and errors. NoType gives an
+    /// invalid colour.
     [[nodiscard]] QColor color(ColorGroup group, ColorType type) const;
     /// @p type's colour in the current colour group.
     [[nodiscard]] QColor color(ColorType type) const;

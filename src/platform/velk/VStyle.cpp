@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int indicatorExtent = 18;
+constexpr int indicatorExtent = 24; // with room for the focus ring
 constexpr int scrollBarExtent = 10;
 
 VPalette paletteOf(const QStyleOption* option)
@@ -36,6 +36,16 @@ bool isAccent(const QStyleOptionButton& option, const QWidget* widget)
         || (widget != nullptr && widget->property("accent").toBool());
 }
 
+// A button that cannot be pressed looks the same whatever it would do.
+QColor buttonFill(const QStyleOptionButton& option, const VPalette& palette, const QWidget* widget)
+{
+    if (!option.state.testFlag(QStyle::State_Enabled)) {
+        return palette.color(QPalette::Button);
+    }
+    const QColor fill = palette.color(isAccent(option, widget) ? QPalette::Highlight : QPalette::Button);
+    return isWarning(widget) ? palette.color(VPalette::WarningButton) : fill;
+}
+
 } // namespace
 
 VStyle::VStyle()
@@ -54,9 +64,7 @@ void VStyle::drawPrimitive(
     switch (element) {
     case PE_PanelButtonCommand:
         if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
-            const QColor accent = palette.color(isAccent(*button, widget) ? QPalette::Highlight : QPalette::Button);
-            const QColor fill = isWarning(widget) ? palette.color(VPalette::WarningButton) : accent;
-            StylePainting::buttonPanel(painter, *button, palette, fill);
+            StylePainting::buttonPanel(painter, *button, palette, buttonFill(*button, palette, widget));
         }
         return;
     case PE_FrameFocusRect:
@@ -67,6 +75,9 @@ void VStyle::drawPrimitive(
         return;
     case PE_IndicatorRadioButton:
         StylePainting::radioButton(painter, *option, palette);
+        return;
+    case PE_Frame:
+        StylePainting::frame(painter, *option, palette);
         return;
     case PE_PanelLineEdit:
         StylePainting::lineEdit(painter, *option, palette, isAlert(widget));
@@ -115,6 +126,12 @@ QRect VStyle::subControlRect(
     return StylePainting::scrollBarPart(*slider, subControl, pixelMetric(PM_ScrollBarSliderMin, option, widget));
 }
 
+QRect VStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const
+{
+    const QRect natural = QProxyStyle::subElementRect(element, option, widget);
+    return element == SE_LineEditContents ? natural.adjusted(spaceSmall, 0, -spaceSmall, 0) : natural;
+}
+
 int VStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
 {
     switch (metric) {
@@ -125,7 +142,7 @@ int VStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QW
         return indicatorExtent;
     case PM_CheckBoxLabelSpacing:
     case PM_RadioButtonLabelSpacing:
-        return spaceSmall;
+        return spaceTiny;
     case PM_ScrollBarExtent:
         return scrollBarExtent;
     case PM_DefaultFrameWidth:

@@ -125,9 +125,13 @@ void VWaterProgress::paintEvent(QPaintEvent* /*event*/)
     const VPalette colors = VPaletteHelper::instance()->palette(this);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    WaterPainting::paintVessel(&painter, vessel, {m_level / 100, m_phase}, colors);
+    const WaterPainting::Water water{m_level / 100, m_phase};
+    WaterPainting::paintVessel(&painter, vessel, water, colors);
     if (m_textVisible) {
-        painter.setFont(VFontSizeManager::get(extent < 120 ? VFontSizeManager::T6 : VFontSizeManager::T1, font()));
-        WaterPainting::paintText(&painter, vessel, locale().toString(qRound(m_level)) + locale().percent(), colors);
+        QFont large = VFontSizeManager::get(extent < 120 ? VFontSizeManager::T4 : VFontSizeManager::T1, font());
+        large.setWeight(QFont::DemiBold);
+        painter.setFont(large);
+        WaterPainting::paintText(
+            &painter, vessel, water, locale().toString(qRound(m_level)) + locale().percent(), colors);
     }
 }

@@ -7,6 +7,7 @@
 #include "platform/velk/VStyle.h"
 #include "platform/velk/mountedmedia.h"
 
+#include <QAbstractFileIconProvider>
 #include <QBoxLayout>
 #include <QCoreApplication>
 #include <QDir>
@@ -23,9 +24,21 @@ namespace {
 
 constexpr int placesWidth = 180;
 
+// The directories' icon comes along, because an icon theme may be missing.
+class FolderIcons : public QAbstractFileIconProvider
+{
+public:
+    [[nodiscard]] QIcon icon(IconType /*type*/) const override { return m_folder; }
+    [[nodiscard]] QIcon icon(const QFileInfo& /*info*/) const override { return m_folder; }
+
+private:
+    QIcon m_folder{u":/folder.svg"_s};
+};
+
 void setUpList(QAbstractItemView* list, const QString& name)
 {
     list->setAccessibleName(name);
+    list->viewport()->setAutoFillBackground(false); // the frame paints the rounded background
     list->setIconSize({20, 20});
     list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -35,6 +48,7 @@ void setUpList(QAbstractItemView* list, const QString& name)
 
 DirectoryChooser::DirectoryChooser(QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
+    , m_icons(std::make_unique<FolderIcons>())
 {
     setWindowTitle(tr("Select a directory"));
     setAttribute(Qt::WA_TranslucentBackground);
@@ -42,6 +56,11 @@ DirectoryChooser::DirectoryChooser(QWidget* parent)
     build();
     fillPlaces();
     openDirectory(m_places->count() > 0 ? m_places->item(0)->data(Qt::UserRole).toString() : QDir::rootPath());
+}
+
+DirectoryChooser::~DirectoryChooser()
+{
+    delete m_model; // its worker thread asks the icon provider
 }
 
 void DirectoryChooser::build()
@@ -57,12 +76,15 @@ void DirectoryChooser::build()
     m_path->setLayoutDirection(Qt::LeftToRight);
     m_places = new QListWidget(this);
     setUpList(m_places, tr("Media"));
+    m_places->setSpacing(VStyle::spaceTiny);
     m_places->setFixedWidth(placesWidth);
     m_model = new QFileSystemModel(this);
     m_model->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
-    m_model->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
+    m_model->setIconProvider(m_icons.get());
     m_folders = new QListView(this);
     setUpList(m_folders, tr("Directories"));
+    m_folders->setSpacing(VStyle::spaceTiny);
+    m_folders->setFocus();
     m_folders->setModel(m_model);
 
     auto* cancel = new QPushButton(QCoreApplication::translate("button", "Cancel"), this);
@@ -103,7 +125,8 @@ void DirectoryChooser::fillPlaces()
 {
     const QIcon icon(u":/drive.svg"_s);
     for (const MediaPlace& place : placesOf(mountedVolumes())) {
-        auto* item = new QListWidgetItem(icon, place.title, m_places);
+        const QString title = place.path == QDir::rootPath() ? tr("System disk") : place.title;
+        auto* item = new QListWidgetItem(icon, title, m_places);
         item->setData(Qt::UserRole, place.path);
         item->setToolTip(place.path);
     }

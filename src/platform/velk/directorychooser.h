@@ -3,6 +3,9 @@
 
 #include <QDialog>
 
+#include <memory>
+
+class QAbstractFileIconProvider;
 class QFileSystemModel;
 class QLineEdit;
 class QListView;
@@ -19,6 +22,7 @@ class DirectoryChooser : public QDialog
 
 public:
     explicit DirectoryChooser(QWidget* parent = nullptr);
+    ~DirectoryChooser() override;
 
     /// Opens @p path; its nearest existing parent when it is no directory.
     void openDirectory(const QString& path);
@@ -45,4 +49,5 @@ private:
     QPushButton* m_up = nullptr;
     QPushButton* m_choose = nullptr;
     QString m_open;
+    std::unique_ptr<QAbstractFileIconProvider> m_icons; ///< the model does not own it
 };

@@ -24,6 +24,12 @@ QColor interactive(const QColor& color, QStyle::State state)
     return state.testFlag(QStyle::State_MouseOver) ? VGuiApplicationHelper::adjustColor(color, -12) : color;
 }
 
+// The ring of the focus lies around the indicator, inside the room that the style gives it.
+QRectF indicatorBox(const QStyleOption& option)
+{
+    return QRectF(option.rect).adjusted(4, 4, -4, -4);
+}
+
 // Outline and background of an indicator: outlined while off, filled while on.
 void prepareIndicator(QPainter* painter, const QStyleOption& option, const VPalette& palette, bool on)
 {
@@ -42,7 +48,7 @@ void focusAround(
     QPainter* painter, const QStyleOption& option, const QRectF& box, qreal radius, const VPalette& palette)
 {
     if (option.state.testFlag(QStyle::State_HasFocus)) {
-        StylePainting::focusRing(painter, box.adjusted(-3, -3, 3, 3), radius + 3, palette);
+        StylePainting::focusRing(painter, box.adjusted(-4, -4, 4, 4), radius + 3, palette);
     }
 }
 
@@ -86,7 +92,7 @@ void buttonPanel(QPainter* painter, const QStyleOption& option, const VPalette& 
 void checkBox(QPainter* painter, const QStyleOption& option, const VPalette& palette)
 {
     const bool on = option.state.testFlag(QStyle::State_On);
-    const QRectF box = QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5);
+    const QRectF box = indicatorBox(option);
     painter->save();
     prepareIndicator(painter, option, palette, on);
     painter->drawRoundedRect(box, checkRadius, checkRadius);
@@ -104,7 +110,7 @@ void checkBox(QPainter* painter, const QStyleOption& option, const VPalette& pal
 void radioButton(QPainter* painter, const QStyleOption& option, const VPalette& palette)
 {
     const bool on = option.state.testFlag(QStyle::State_On);
-    const QRectF box = QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5);
+    const QRectF box = indicatorBox(option);
     painter->save();
     prepareIndicator(painter, option, palette, on);
     painter->drawEllipse(box);
@@ -115,6 +121,17 @@ void radioButton(QPainter* painter, const QStyleOption& option, const VPalette& 
     }
     painter->restore();
     focusAround(painter, option, box, box.width() / 2, palette);
+}
+
+void frame(QPainter* painter, const QStyleOption& option, const VPalette& palette)
+{
+    const bool focus = option.state.testFlag(QStyle::State_HasFocus);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(palette.color(focus ? VPalette::FocusRing : VPalette::ControlBorder));
+    painter->setBrush(palette.color(QPalette::Base));
+    painter->drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), buttonRadius, buttonRadius);
+    painter->restore();
 }
 
 void lineEdit(QPainter* painter, const QStyleOption& option, const VPalette& palette, bool alert)

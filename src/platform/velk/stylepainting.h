@@ -22,6 +22,9 @@ void buttonPanel(QPainter* painter, const QStyleOption& option, const VPalette& 
 void checkBox(QPainter* painter, const QStyleOption& option, const VPalette& palette);
 void radioButton(QPainter* painter, const QStyleOption& option, const VPalette& palette);
 
+/// The rounded background and outline of a list.
+void frame(QPainter* painter, const QStyleOption& option, const VPalette& palette);
+
 /// A line edit's background and outline; @p alert draws the outline in the colour of errors.
 void lineEdit(QPainter* painter, const QStyleOption& option, const VPalette& palette, bool alert);
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int segments = 24;
+constexpr int segments = 40;
 constexpr qreal wall = 3;
 constexpr qreal gap = 4;
 
@@ -26,29 +26,44 @@ struct Wave
 constexpr Wave backWave = {0.030, 1.1, -1, 0.35};
 constexpr Wave frontWave = {0.038, 0.9, 1, 0.0};
 
-// The surface from left to right, then down around the bottom of the box.
-QPolygonF waterBelow(const QRectF& box, const WaterPainting::Water& water, const Wave& wave)
+qreal surfaceAt(const QRectF& box, const WaterPainting::Water& water, const Wave& wave, qreal across)
 {
     // Waves lie flat at both ends, so that 0 is empty and 100 is full.
     const qreal calm = std::sqrt(qMax<qreal>(0, water.level * (1 - water.level)) * 4);
-    const qreal surface = box.bottom() - (box.height() * water.level);
-    QPolygonF shape;
-    shape.reserve(segments + 3);
+    const qreal turn = (across * wave.lengths) + (water.phase * wave.turns) + wave.offset;
+    const qreal rise = std::sin(turn * 2 * std::numbers::pi) * wave.height * calm;
+    return box.bottom() - (box.height() * (water.level + rise));
+}
+
+// The water inside the circle that fills box: from left to right along the surface, and back along the bottom. Cutting
+// it here is much cheaper than intersecting paths, and its edge is smooth, which that of a clip is not.
+QPolygonF waterInside(const QRectF& box, const WaterPainting::Water& water, const Wave& wave)
+{
+    const qreal radius = box.width() / 2;
+    QPolygonF surface;
+    QPolygonF bottom;
     for (int i = 0; i <= segments; ++i) {
-        const qreal across = static_cast<qreal>(i) / segments;
-        const qreal turn = (across * wave.lengths) + (water.phase * wave.turns) + wave.offset;
-        const qreal rise = std::sin(turn * 2 * std::numbers::pi) * wave.height * box.height() * calm;
-        shape.append({box.left() + (across * box.width()), surface - rise});
+        // Steps of an angle follow the circle closely at its steep ends.
+        const qreal angle = std::numbers::pi * i / segments;
+        const qreal x = box.center().x() - (radius * std::cos(angle));
+        const qreal half = radius * std::sin(angle);
+        const qreal y = surfaceAt(box, water, wave, (x - box.left()) / box.width());
+        surface.append({x, qBound(box.center().y() - half, y, box.center().y() + half)});
+        bottom.prepend({x, box.center().y() + half});
     }
-    shape.append(box.bottomRight());
-    shape.append(box.bottomLeft());
-    return shape;
+    return surface + bottom;
 }
 
 QColor withAlpha(QColor color, float alpha)
 {
     color.setAlphaF(alpha);
     return color;
+}
+
+QRectF bowlOf(const QRectF& vessel)
+{
+    constexpr qreal inner = wall + gap;
+    return vessel.adjusted(inner, inner, -inner, -inner);
 }
 
 } // namespace
@@ -58,44 +73,39 @@ namespace WaterPainting {
 void paintVessel(QPainter* painter, const QRectF& vessel, const Water& water, const VPalette& palette)
 {
     const QColor accent = palette.color(QPalette::Highlight);
+    const QRectF bowl = bowlOf(vessel);
     const qreal inset = wall / 2;
     painter->save();
     painter->setPen(QPen(withAlpha(accent, 0.35F), wall));
     painter->setBrush(palette.color(VPalette::ItemBackground));
     painter->drawEllipse(vessel.adjusted(inset, inset, -inset, -inset));
-
-    const qreal inner = wall + gap;
-    const QRectF box = vessel.adjusted(inner, inner, -inner, -inner);
-    QPainterPath bowl;
-    bowl.addEllipse(box);
-    QPainterPath back;
-    back.addPolygon(waterBelow(box, water, backWave));
-    QPainterPath front;
-    front.addPolygon(waterBelow(box, water, frontWave));
-    QLinearGradient depth(box.topLeft(), box.bottomLeft());
-    depth.setColorAt(0, accent.lighter(118));
-    depth.setColorAt(1, accent);
     painter->setPen(Qt::NoPen);
-    painter->fillPath(bowl, withAlpha(accent, 0.08F));
-    // The intersection keeps the edge of the water smooth, which clipping would not.
-    painter->fillPath(bowl.intersected(back), withAlpha(accent, 0.45F));
-    painter->fillPath(bowl.intersected(front), depth);
+    painter->setBrush(withAlpha(accent, 0.08F));
+    painter->drawEllipse(bowl);
+    painter->setBrush(withAlpha(accent, 0.45F));
+    painter->drawPolygon(waterInside(bowl, water, backWave));
+    QLinearGradient depth(bowl.topLeft(), bowl.bottomLeft());
+    depth.setColorAt(0, accent.lighter(110));
+    depth.setColorAt(1, accent);
+    painter->setBrush(depth);
+    painter->drawPolygon(waterInside(bowl, water, frontWave));
     painter->restore();
 }
 
-void paintText(QPainter* painter, const QRectF& vessel, const QString& text, const VPalette& palette)
+void paintText(
+    QPainter* painter, const QRectF& vessel, const Water& water, const QString& text, const VPalette& palette)
 {
-    QFont font = painter->font();
-    font.setWeight(QFont::DemiBold);
-    const QFontMetricsF metrics(font);
+    const QFontMetricsF metrics(painter->font());
     const QPointF origin(vessel.center().x() - (metrics.horizontalAdvance(text) / 2),
         vessel.center().y() + ((metrics.ascent() - metrics.descent()) / 2));
-    QPainterPath letters;
-    letters.addText(origin, font, text);
-    // A halo in the colour of the vessel keeps the letters apart from the water behind them.
-    painter->strokePath(letters,
-        QPen(withAlpha(palette.color(VPalette::ItemBackground), 0.9F), 5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter->fillPath(letters, palette.color(VPalette::TitleText));
+    painter->setPen(palette.color(VPalette::TitleText));
+    painter->drawText(origin, text);
+    QPainterPath flooded;
+    flooded.addPolygon(waterInside(bowlOf(vessel), water, frontWave));
+    painter->setClipPath(flooded);
+    painter->setPen(Qt::white);
+    painter->drawText(origin, text);
+    painter->setClipping(false);
 }
 
 } // namespace WaterPainting

@@ -20,7 +20,9 @@ struct Water
 /// Paints the round vessel inside the square @p vessel, with two waves on the water.
 void paintVessel(QPainter* painter, const QRectF& vessel, const Water& water, const VPalette& palette);
 
-/// Paints @p text in the middle of the vessel, in the painter's font, readable above water and under it.
-void paintText(QPainter* painter, const QRectF& vessel, const QString& text, const VPalette& palette);
+/// Paints @p text in the middle of the vessel, in the painter's font: dark above the water and white in it, or light
+/// and white in the dark palette.
+void paintText(
+    QPainter* painter, const QRectF& vessel, const Water& water, const QString& text, const VPalette& palette);
 
 } // namespace WaterPainting

@@ -95,6 +95,7 @@ void BackupRestoreWidget::buildTitle()
     title->setAccessibleName(u"arx_BackupAndRestoreTitleLabel"_s);
     title->setAlignment(Qt::AlignCenter);
     title->setForegroundRole(VPalette::TitleText);
+    title->setContentsMargins(0, 0, 0, 16); // keeps the subtitle, which is drawn closer, off the letters
     VFontSizeManager::instance()->bind(title, VFontSizeManager::T3, 600);
     m_title = title;
 }
@@ -132,6 +133,7 @@ void BackupRestoreWidget::buildModules()
     m_modules->setItemSize(tileSize);
     m_modules->setTextElideMode(Qt::ElideRight);
     m_modules->setBackgroundType(VListView::ClipCornerBackground);
+    m_modules->setViewportMargins(20, 0, 0, 0); // centres three tiles and the gaps around them
     m_modules->setModel(m_model);
     for (int row = 0; row < static_cast<int>(modules.size()); ++row) {
         addModule(row);

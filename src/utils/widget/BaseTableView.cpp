@@ -52,6 +52,22 @@ void BaseTableView::setModel(QAbstractItemModel* model)
     header()->resizeSection(TreeViewModel::TimeColumn, 130);
     setSortingEnabled(true);
     sortByColumn(TreeViewModel::TimeColumn, Qt::DescendingOrder);
+    if (const auto* backups = qobject_cast<TreeViewModel*>(model)) {
+        connect(backups, &TreeViewModel::itemsIsReady, this, &BaseTableView::sortAgain);
+    }
+}
+
+// The model does not sort rows that come later by itself.
+void BaseTableView::sortAgain()
+{
+    sortByColumn(header()->sortIndicatorSection(), header()->sortIndicatorOrder());
+}
+
+QSize BaseTableView::sizeHint() const
+{
+    constexpr int rows = 2;
+    const int rowHeight = model() != nullptr && model()->rowCount() > 0 ? sizeHintForRow(0) : 36;
+    return {QTreeView::sizeHint().width(), header()->sizeHint().height() + (rows * rowHeight)};
 }
 
 void BaseTableView::paintEvent(QPaintEvent* event)

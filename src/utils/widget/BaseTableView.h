@@ -13,10 +13,13 @@ public:
 
     void setModel(QAbstractItemModel* model) override;
 
+    /// Two rows and the header.
+    [[nodiscard]] QSize sizeHint() const override;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void drawRow(QPainter* painter, const QStyleOptionViewItem& options, const QModelIndex& index) const override;
 
 private:
-    void paintFrame();
+    void sortAgain();
 };

@@ -61,9 +61,9 @@ void ItemFrame::arrangeIconFirst()
     m_title->setAlignment(Qt::AlignCenter);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 5, 0, 0);
-    layout->addWidget(m_iconLabel, 0, Qt::AlignCenter);
+    layout->addWidget(m_iconLabel, 3, Qt::AlignCenter);
     layout->addSpacing(-10);
-    layout->addWidget(m_title, 0, Qt::AlignCenter);
+    layout->addWidget(m_title, 2, Qt::AlignCenter);
 }
 
 void ItemFrame::arrangeTitleFirst()

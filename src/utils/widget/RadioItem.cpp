@@ -23,6 +23,7 @@ RadioItem::RadioItem(const QString& title, const QString& icon, QWidget* parent)
 {
     m_button->setCheckable(true);
     m_button->setMinimumSize(24, 24);
+    m_button->setMaximumWidth(24);
     m_button->setAccessibleName(title);
 
     auto* titleLabel = new VLabel(title, this);
@@ -33,12 +34,14 @@ RadioItem::RadioItem(const QString& title, const QString& icon, QWidget* parent)
 
     auto* heading = new QHBoxLayout;
     heading->setContentsMargins(0, 0, 0, 0);
-    heading->setSpacing(VStyle::spaceMedium);
+    heading->setSpacing(0);
     heading->addWidget(m_button, 0, Qt::AlignVCenter);
+    heading->addSpacing(VStyle::spaceTiny);
     if (!icon.isEmpty()) {
         auto* picture = new QLabel(this);
         picture->setPixmap(QIcon(icon).pixmap(QSize(iconExtent, iconExtent), devicePixelRatioF()));
         heading->addWidget(picture, 0, Qt::AlignVCenter);
+        heading->addSpacing(VStyle::spaceMedium);
     }
     heading->addWidget(m_title, 1);
     m_column->setContentsMargins(VStyle::spaceMedium, VStyle::spaceMedium, VStyle::spaceMedium, VStyle::spaceMedium);

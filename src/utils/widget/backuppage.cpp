@@ -29,7 +29,7 @@ namespace {
 
 enum BackupType { FullBackup, SystemBackup };
 constexpr int typeRole = Qt::UserRole + 1;
-constexpr QSize typeCard(280, 72);
+constexpr QSize typeCard(296, 72);
 
 QLabel* caption(const QString& text)
 {

@@ -33,8 +33,20 @@ QScrollArea* PageLayout::scrolling(QWidget* content)
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setFocusPolicy(Qt::NoFocus);
-    area->setWidget(content);
-    content->setAutoFillBackground(false);
+    auto* holder = new QWidget;
+    auto* layout = new QVBoxLayout(holder);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(content);
+    layout->addStretch(1);
+    area->setWidget(holder);
+    holder->setAutoFillBackground(false); // QScrollArea::setWidget() switches it on
     area->viewport()->setAutoFillBackground(false);
     return area;
+}
+
+void PageLayout::setFilling(QWidget* content, bool filling)
+{
+    auto* layout = static_cast<QVBoxLayout*>(content->parentWidget()->layout());
+    layout->setStretch(0, filling ? 1 : 0);
+    layout->setStretch(1, filling ? 0 : 1);
 }

@@ -21,7 +21,11 @@ QLabel* addHeading(QVBoxLayout* layout, const QString& text);
 /// The page's large button; owned by @p parent.
 [[nodiscard]] QPushButton* actionButton(const QString& text, QWidget* parent);
 
-/// @p content in an area that scrolls up and down when there is no room for it; owns it.
+/// @p content in an area that scrolls up and down when there is no room for it; owns it. With room to spare the
+/// content lies at the top.
 [[nodiscard]] QScrollArea* scrolling(QWidget* content);
+
+/// Whether @p content, which was given to scrolling(), grows into the room to spare.
+void setFilling(QWidget* content, bool filling);
 
 } // namespace PageLayout

@@ -2,6 +2,7 @@
 #include "utils/widget/restorepage.h"
 
 #include "platform/velk/VFileChooserEdit.h"
+#include "platform/velk/VStyle.h"
 #include "platform/velk/VTipLabel.h"
 #include "utils/core/systemreboot.h"
 #include "utils/widget/BaseTableView.h"
@@ -42,6 +43,7 @@ void RestorePage::initUI()
     buildBackupFilesRow();
     buildRestorePointRow();
     m_layout->addWidget(PageLayout::scrolling(m_group), 1);
+    m_layout->setSpacing(VStyle::spaceMedium);
     buildFooter();
     updateRows();
     updateRestoreButton();
@@ -172,6 +174,7 @@ void RestorePage::updateRows()
     m_systemRestoreItem->setVisible(m_systemRestoreOffered);
     m_systemRestoreItem->setEnabled(m_haveInitBackup && !m_encrypted);
     m_systemRestoreTip->setVisible(!m_haveInitBackup);
+    PageLayout::setFilling(m_group, !m_restricted); // the list of restore points takes the room to spare
     m_backupFilesItem->setVisible(!m_restricted);
     m_restorePointItem->setVisible(!m_restricted);
     m_restorePointItem->setEnabled(m_listReady);
