@@ -2,6 +2,7 @@
 // Shows every page and control in every state, or saves a picture of each.
 #include "gallery/scenes.h"
 
+#include "gallery/textfit.h"
 #include "platform/velk/VApplication.h"
 
 #include <QBoxLayout>
@@ -62,6 +63,22 @@ int savePictures(const QString& path)
     return warnings == 0 ? 0 : 1;
 }
 
+int checkFit()
+{
+    int cut = 0;
+    for (const Scene& scene : allScenes()) {
+        const std::unique_ptr<QWidget> widget(scene.build());
+        widget->show();
+        QTest::qWait(0);
+        const QStringList texts = textsThatDoNotFit(widget.get());
+        for (const QString& text : texts) {
+            QTextStream(stdout) << scene.name << " has no room for: " << text << '\n';
+        }
+        cut += static_cast<int>(texts.size());
+    }
+    return cut == 0 ? 0 : 1;
+}
+
 // The scenes are built when they are first looked at.
 int browse()
 {
@@ -115,12 +132,16 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(u"Shows every page in every state. KESTRO_THEME=light|dark chooses the look."_s);
     parser.addHelpOption();
     parser.addOptions({{u"save"_s, u"Save a picture of each scene in DIR instead."_s, u"DIR"_s},
+        {u"check-fit"_s, u"Name the texts that do not fit their place; fails when there is one."_s},
         {u"locale"_s, u"Show the texts of the locale NAME."_s, u"NAME"_s},
         {u"translations"_s, u"Where the .qm files are."_s, u"DIR"_s}});
     parser.process(app);
     QTranslator translator;
     if (!useLocale(parser.value(u"translations"_s), parser.value(u"locale"_s), translator)) {
         return 1;
+    }
+    if (parser.isSet(u"check-fit"_s)) {
+        return checkFit();
     }
     return parser.isSet(u"save"_s) ? savePictures(parser.value(u"save"_s)) : browse();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "gallery/scenes.h"
 
+#include "gallery/shellscenes.h"
 #include "platform/velk/VDialog.h"
 #include "platform/velk/VFileChooserEdit.h"
 #include "platform/velk/VFontSizeManager.h"
@@ -306,5 +307,5 @@ QList<Scene> controlScenes()
 
 QList<Scene> allScenes()
 {
-    return restoreScenes() + backupScenes() + dialogScenes() + controlScenes();
+    return restoreScenes() + backupScenes() + dialogScenes() + shellScenes() + controlScenes();
 }
