@@ -63,7 +63,7 @@ class ProgramRun:
         self.services.screenshot(self.workspace / f"{name}.png")
 
     def watch_task(self, auto_reboot: bool = False) -> bool:
-        """Follows a task to its end, with a picture of the working page and of the end page; whether it succeeded."""
+        """Follows a task to its end, with pictures of the working page and of the end page; whether it succeeded."""
         watcher = threading.Thread(target=self.picture_work, daemon=True)
         watcher.start()
         ending = self.wait_for(SUCCEEDED, FAILED, seconds=JOB_LIMIT)
