@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "clone/backup.h"
+
+#include "clone/blockdevice.h"
+#include "clone/crew.h"
+#include "clone/failure.h"
+#include "clone/freeze.h"
+#include "clone/guards.h"
+#include "clone/humansize.h"
+#include "clone/imagereader.h"
+#include "clone/imagewriter.h"
+#include "clone/newimage.h"
+#include "clone/progress.h"
+#include "clone/source.h"
+#include "clone/verify.h"
+#include "clone/version.h"
+
+#include <array>
+#include <ctime>
+#include <memory>
+
+#include <fcntl.h>
+
+namespace kestro::clone {
+
+namespace {
+
+constexpr std::uint32_t chunkSize = 2U << 20U;
+
+std::string utcNow()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    std::array<char, 32> text{};
+    ::gmtime_r(&now, &parts);
+    std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
+    return text.data();
+}
+
+/// The source as one run sees it.
+struct Source
+{
+    BlockDevice device;
+    /// Open, and locked against a second run.
+    File file;
+};
+
+Source lockedSource(const BlockDevice& device)
+{
+    Source source{device, File::openDirect(device.path, O_RDONLY)};
+    source.file.lockExclusively();
+    return source;
+}
+
+void writeChunks(const Source& source, ImageIndex& index, ImageWriter& writer, ReadErrors readErrors, HoleList& holes,
+    Progress& progress)
+{
+    const ChunkLayout layout(index.extents, chunkSize);
+    index.chunks.resize(layout.chunkCount());
+    runCrew(0, layout.chunkCount(), crewSize(chunkSize), [&]() -> ChunkTask {
+        auto content = std::make_shared<AlignedBuffer>(chunkSize);
+        auto encoder = std::make_shared<ChunkEncoder>(chunkSize);
+        auto reader = std::make_shared<SourceReader>(source.file, readErrors, holes);
+        return [&, content, encoder, reader](std::uint64_t chunk) {
+            const std::uint32_t size = layout.contentSize(chunk);
+            reader->read(layout.pieces(chunk), content->bytes().first(size));
+            EncodedChunk encoded = encoder->encode(*content, size);
+            writer.append(encoded);
+            index.chunks[chunk] = encoded.record;
+            progress.add(size);
+        };
+    });
+}
+
+Metadata describe(const Source& source, const SourceMap& map, bool frozen)
+{
+    Metadata metadata;
+    metadata.tool = std::string("kestro-clone ") + programVersion;
+    metadata.created = utcNow();
+    metadata.device = source.device.path;
+    metadata.model = source.device.model;
+    metadata.partitionTable = map.partitionTable;
+    metadata.parts = map.parts;
+    metadata.frozen = frozen;
+    metadata.needsRecovery = map.needsRecovery;
+    return metadata;
+}
+
+/// Reads back what was written, past the cache, before it may count as complete.
+void checkWritten(const File& image, const ImageHead& head, const ImageIndex& index, Progress& progress)
+{
+    image.dropCache();
+    progress.nextPhase(storedBytesOf(index));
+    verifyChunks(image, index, progress);
+    const ImageIndex readBack = readIndex(image, head);
+    if (readBack.chunks.size() != index.chunks.size() || readBack.extents != index.extents) {
+        throw Failure(ExitCode::Mismatch, image.path() + " does not hold what was written to it");
+    }
+}
+
+std::string holesSentence(const ExtentList& holes, const std::string& image)
+{
+    return image + " is complete but for " + std::to_string(holes.size()) + " unreadable places with "
+        + exactSize(totalLength(holes)) + ", kept as zeros";
+}
+
+ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readErrors, Progress& progress)
+{
+    HoleList holes;
+    FrozenMounts frozen(mountsOf(source.device));
+    SourceMap map = mapSource(source.device);
+    Metadata metadata = describe(source, map, frozen.any());
+    ImageIndex index{source.device.size, chunkSize, source.device.sectorSize, std::move(map.extents), {}};
+    ImageWriter writer(image.file(), image.head());
+    try {
+        progress.nextPhase(totalLength(index.extents));
+        writeChunks(source, index, writer, readErrors, holes, progress);
+        frozen.thaw();
+        metadata.holes = holes.inDeviceOrder(source.device.size);
+        writer.writeIndex(index, metadata);
+        checkWritten(image.file(), writer.head(), index, progress);
+        throwIfInterrupted();
+        writer.commit();
+    } catch (...) {
+        writer.abandon();
+        throw;
+    }
+    return metadata.holes;
+}
+
+} // namespace
+
+void backUp(const std::string& device, const std::string& image, ReadErrors readErrors)
+{
+    watchSignals(WhenAlone::Stop);
+    const Source source = lockedSource(blockDeviceAt(device));
+    refuseImageOn(source.device, image);
+    NewImage target(image);
+    Progress progress({{"reading and writing", 80}, {"reading back", 20}}, WhenAlone::Stop);
+    const ExtentList holes = makeImage(source, target, readErrors, progress);
+    target.takePlace();
+    // Opened as every later user will.
+    const ImageReader finished(image);
+    if (!holes.empty()) {
+        throw Failure(ExitCode::Holes, holesSentence(holes, image));
+    }
+    progress.finish("backed up " + humanSize(totalLength(finished.index().extents)) + " as "
+        + humanSize(finished.head().root.fileSize));
+}
+
+} // namespace kestro::clone

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "clone/extents.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace kestro::clone {
+
+ExtentList inOrder(ExtentList extents, std::uint64_t deviceSize)
+{
+    std::sort(extents.begin(), extents.end(), [](const Extent& a, const Extent& b) { return a.offset < b.offset; });
+    ExtentList result;
+    for (const Extent& extent : extents) {
+        const std::uint64_t begin = std::min(extent.offset, deviceSize);
+        const std::uint64_t end = begin + std::min(extent.length, deviceSize - begin);
+        if (begin == end) {
+            continue;
+        }
+        if (!result.empty() && begin <= result.back().end()) {
+            result.back().length = std::max(result.back().end(), end) - result.back().offset;
+        } else {
+            result.push_back({begin, end - begin});
+        }
+    }
+    return result;
+}
+
+ExtentList alignedOutward(ExtentList extents, std::uint64_t alignment, std::uint64_t deviceSize)
+{
+    for (Extent& extent : extents) {
+        const std::uint64_t begin = extent.offset / alignment * alignment;
+        const std::uint64_t end = (extent.end() + alignment - 1) / alignment * alignment;
+        extent = {begin, end - begin};
+    }
+    return inOrder(std::move(extents), deviceSize);
+}
+
+ExtentList limitedTo(ExtentList extents, std::size_t count)
+{
+    if (extents.size() <= count || count == 0) {
+        return extents;
+    }
+    std::vector<std::uint64_t> gaps;
+    gaps.reserve(extents.size() - 1);
+    for (std::size_t i = 1; i < extents.size(); ++i) {
+        gaps.push_back(extents[i].offset - extents[i - 1].end());
+    }
+    const auto nth = gaps.begin() + static_cast<std::ptrdiff_t>(extents.size() - count - 1);
+    std::nth_element(gaps.begin(), nth, gaps.end());
+    const std::uint64_t largestFilled = *nth;
+    ExtentList result{extents.front()};
+    for (std::size_t i = 1; i < extents.size(); ++i) {
+        if (extents[i].offset - result.back().end() <= largestFilled) {
+            result.back().length = extents[i].end() - result.back().offset;
+        } else {
+            result.push_back(extents[i]);
+        }
+    }
+    return result;
+}
+
+std::uint64_t totalLength(const ExtentList& extents)
+{
+    return std::accumulate(extents.begin(), extents.end(), std::uint64_t{0},
+        [](std::uint64_t sum, const Extent& extent) { return sum + extent.length; });
+}
+
+ChunkLayout::ChunkLayout(const ExtentList& extents, std::uint32_t chunkSize)
+    : m_extents(extents)
+    , m_chunkSize(chunkSize)
+{
+    for (std::size_t i = 0; i < extents.size(); ++i) {
+        const std::uint64_t before = m_total;
+        m_total += extents[i].length;
+        for (std::uint64_t start = m_starts.size() * chunkSize; start < m_total; start += chunkSize) {
+            m_starts.push_back({i, start - before});
+        }
+    }
+}
+
+std::uint32_t ChunkLayout::contentSize(std::uint64_t chunk) const
+{
+    return static_cast<std::uint32_t>(std::min<std::uint64_t>(m_chunkSize, m_total - chunk * m_chunkSize));
+}
+
+ExtentList ChunkLayout::pieces(std::uint64_t chunk) const
+{
+    const Start start = m_starts.at(chunk);
+    ExtentList result;
+    std::uint64_t left = contentSize(chunk);
+    std::uint64_t skip = start.skip;
+    for (std::size_t i = start.extent; left > 0; ++i) {
+        const std::uint64_t length = std::min(left, m_extents[i].length - skip);
+        result.push_back({m_extents[i].offset + skip, length});
+        left -= length;
+        skip = 0;
+    }
+    return result;
+}
+
+} // namespace kestro::clone

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace kestro::clone {
+
+/// What the program's exit status says; the manual page lists the same values.
+enum class ExitCode : int {
+    Done = 0,
+    Internal = 1,
+    Usage = 2,
+    InvalidImage = 3,
+    Refused = 4,
+    TooSmall = 5,
+    Busy = 6,
+    Overlap = 7,
+    ReadError = 8,
+    WriteError = 9,
+    DiskFull = 10,
+    Interrupted = 11,
+    Holes = 12,
+    Mismatch = 13,
+    Denied = 14,
+    NotRemounted = 15,
+};
+
+/// Ends the run: one sentence for the person and the exit status. It never leaves the program: runCommand turns it
+/// into one line on standard error.
+class Failure : public std::runtime_error
+{
+public:
+    Failure(ExitCode code, const std::string& sentence)
+        : std::runtime_error(sentence)
+        , m_code(code)
+    { }
+
+    [[nodiscard]] ExitCode code() const { return m_code; }
+
+private:
+    ExitCode m_code;
+};
+
+/// The text with every line break and other control character replaced, so that it prints as one line.
+[[nodiscard]] std::string oneLine(std::string text);
+
+/// The system's text for an errno value.
+[[nodiscard]] std::string errorText(int error);
+
+} // namespace kestro::clone

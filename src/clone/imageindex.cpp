@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "clone/imageindex.h"
+
+#include "clone/alignedbuffer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+namespace kestro::clone {
+
+namespace {
+
+constexpr std::string_view indexMagic{"KIMINDEX", 8};
+
+struct IndexNumbers
+{
+    std::uint64_t sourceSize = 0;
+    std::uint32_t chunkSize = 0;
+    std::uint32_t sectorSize = 0;
+    std::uint64_t extentCount = 0;
+    std::uint64_t chunkCount = 0;
+    std::uint64_t usedBytes = 0;
+};
+static_assert(sizeof(IndexNumbers) == 40);
+static_assert(sizeof(Extent) == 16);
+
+bool arePlausible(const IndexNumbers& numbers, std::uint64_t sectionSize)
+{
+    const std::uint64_t room = sectionSize - std::min<std::uint64_t>(sectionSize, indexHeaderSize);
+    if (numbers.extentCount > room / sizeof(Extent) || numbers.chunkCount > room / sizeof(ChunkRecord)) {
+        return false;
+    }
+    const std::uint64_t payload = numbers.extentCount * sizeof(Extent) + numbers.chunkCount * sizeof(ChunkRecord);
+    const bool chunk =
+        numbers.chunkSize >= smallestChunk && numbers.chunkSize <= largestChunk && numbers.chunkSize % blockSize == 0;
+    const bool sector = numbers.sectorSize == 512 || numbers.sectorSize == 4096;
+    return chunk && sector && roundedUp(payload + indexHeaderSize) == sectionSize
+        && numbers.chunkCount == numbers.usedBytes / numbers.chunkSize + (numbers.usedBytes % numbers.chunkSize != 0)
+        && numbers.usedBytes <= numbers.sourceSize;
+}
+
+/// Every extent but one at the very end of the device begins and ends on a block, so that pieces of direct input and
+/// output are aligned in memory too.
+bool areInOrder(const ImageIndex& index)
+{
+    std::uint64_t previousEnd = 0;
+    bool first = true;
+    for (const Extent& extent : index.extents) {
+        const bool inside =
+            extent.length > 0 && extent.length <= index.sourceSize && extent.offset <= index.sourceSize - extent.length;
+        if (!inside || extent.offset % blockSize != 0 || (!first && extent.offset <= previousEnd)
+            || (extent.end() % blockSize != 0 && extent.end() != index.sourceSize)) {
+            return false;
+        }
+        previousEnd = extent.end();
+        first = false;
+    }
+    return true;
+}
+
+bool isPlausible(const ChunkRecord& chunk, std::uint32_t contentSize, std::uint64_t fileSize)
+{
+    const std::uint64_t padded = roundedUp(chunk.storedSize);
+    switch (chunk.codec) {
+    case Codec::Zero:
+        return chunk.position == 0 && chunk.storedSize == 0 && chunk.storedHash == 0;
+    case Codec::Stored:
+        if (chunk.storedSize != contentSize) {
+            return false;
+        }
+        break;
+    case Codec::Zstd:
+        if (chunk.storedSize == 0 || chunk.storedSize > contentSize) {
+            return false;
+        }
+        break;
+    default:
+        return false;
+    }
+    return chunk.position % blockSize == 0 && chunk.position >= bodyPosition && padded <= fileSize
+        && chunk.position <= fileSize - padded;
+}
+
+} // namespace
+
+IndexHeader encodeIndexHeader(const ImageIndex& index, const ImageId& id)
+{
+    const IndexNumbers numbers{index.sourceSize, index.chunkSize, index.sectorSize, index.extents.size(),
+        index.chunks.size(), totalLength(index.extents)};
+    IndexHeader header{};
+    std::memcpy(header.data(), indexMagic.data(), indexMagic.size());
+    std::memcpy(header.data() + 8, id.data(), id.size());
+    std::memcpy(header.data() + 24, &numbers, sizeof numbers);
+    return header;
+}
+
+std::optional<ImageIndex> decodeIndexHeader(
+    std::span<const std::byte> header, const ImageId& id, std::uint64_t sectionSize)
+{
+    IndexNumbers numbers;
+    if (header.size() < indexHeaderSize || std::memcmp(header.data(), indexMagic.data(), indexMagic.size()) != 0
+        || std::memcmp(header.data() + 8, id.data(), id.size()) != 0) {
+        return std::nullopt;
+    }
+    std::memcpy(&numbers, header.data() + 24, sizeof numbers);
+    if (!arePlausible(numbers, sectionSize)) {
+        return std::nullopt;
+    }
+    ImageIndex index{numbers.sourceSize, numbers.chunkSize, numbers.sectorSize, {}, {}};
+    index.extents.resize(numbers.extentCount);
+    index.chunks.resize(numbers.chunkCount);
+    return index;
+}
+
+std::string flawOf(const ImageIndex& index, std::uint64_t fileSize)
+{
+    if (!areInOrder(index)) {
+        return "its list of used blocks is wrong";
+    }
+    const std::uint64_t used = totalLength(index.extents);
+    if (used > index.chunks.size() * std::uint64_t{index.chunkSize}
+        || (used + index.chunkSize - 1) / index.chunkSize != index.chunks.size()) {
+        return "its chunks do not cover its used blocks";
+    }
+    std::uint64_t stored = 0;
+    std::uint64_t left = used;
+    for (const ChunkRecord& chunk : index.chunks) {
+        const auto content = static_cast<std::uint32_t>(std::min<std::uint64_t>(index.chunkSize, left));
+        left -= content;
+        stored += roundedUp(chunk.storedSize);
+        if (!isPlausible(chunk, content, fileSize)) {
+            return "a chunk of its index is wrong";
+        }
+    }
+    // Chunks that share their bytes would make a small file a very long job.
+    return stored <= fileSize ? "" : "its chunks overlap";
+}
+
+} // namespace kestro::clone

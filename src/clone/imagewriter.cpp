@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "clone/imagewriter.h"
+
+#include "clone/alignedbuffer.h"
+#include "clone/failure.h"
+#include "clone/streamhash.h"
+
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kestro::clone {
+
+namespace {
+
+/// Space is asked for in steps of this size: the file system then need not lengthen the file for each chunk, which
+/// would let only one thread write at a time.
+constexpr std::uint64_t allocationStep = 256ULL << 20U;
+
+/// Writes bytes of several origins as one section through an aligned buffer.
+class SectionWriter
+{
+public:
+    SectionWriter(const File& image, std::uint64_t position)
+        : m_image(image)
+        , m_section{position, 0, 0}
+        , m_buffer(1U << 20U)
+    { }
+
+    void write(std::span<const std::byte> bytes)
+    {
+        while (!bytes.empty()) {
+            const std::size_t step = std::min(bytes.size(), m_buffer.size() - m_filled);
+            std::memcpy(m_buffer.data() + m_filled, bytes.data(), step);
+            bytes = bytes.subspan(step);
+            m_filled += step;
+            if (m_filled == m_buffer.size()) {
+                flush();
+            }
+        }
+    }
+
+    Section finish()
+    {
+        const std::size_t padding = roundedUp(m_filled) - m_filled;
+        std::memset(m_buffer.data() + m_filled, 0, padding);
+        m_filled += padding;
+        flush();
+        m_section.hash = m_hash.value();
+        return m_section;
+    }
+
+private:
+    void flush()
+    {
+        const auto bytes = m_buffer.bytes().first(m_filled);
+        m_hash.add(bytes);
+        m_image.writeAt(bytes, m_section.position + m_section.size);
+        m_section.size += bytes.size();
+        m_filled = 0;
+    }
+
+    const File& m_image;
+    Section m_section;
+    AlignedBuffer m_buffer;
+    std::size_t m_filled = 0;
+    StreamHash m_hash;
+};
+
+/// The description padded with blanks, which JSON allows at its end.
+std::string paddedJson(const Metadata& metadata)
+{
+    std::string json = toJson(metadata);
+    json.resize(roundedUp(json.size()), ' ');
+    return json;
+}
+
+} // namespace
+
+ImageWriter::ImageWriter(const File& image, ImageHead head)
+    : m_file(image)
+    , m_head(std::move(head))
+    , m_end(m_head.root.fileSize)
+    , m_allocated(m_end)
+{ }
+
+std::uint64_t ImageWriter::reserve(std::uint64_t size)
+{
+    const std::lock_guard lock(m_mutex);
+    const std::uint64_t position = m_end;
+    m_end += size;
+    if (m_allocates && m_end > m_allocated) {
+        // A nearly full file system may still have room for what is really written.
+        m_allocates = ::fallocate(m_file.fd(), 0, static_cast<off_t>(m_allocated), allocationStep) == 0;
+        m_allocated += allocationStep;
+    }
+    return position;
+}
+
+void ImageWriter::append(EncodedChunk& chunk)
+{
+    if (chunk.record.codec != Codec::Zero) {
+        chunk.record.position = reserve(chunk.stored.size());
+        m_file.writeAt(chunk.stored, chunk.record.position);
+    }
+}
+
+void ImageWriter::writeIndex(const ImageIndex& index, const Metadata& metadata)
+{
+    SectionWriter writer(m_file, m_end);
+    writer.write(encodeIndexHeader(index, m_head.id));
+    writer.write(std::as_bytes(std::span(index.extents)));
+    writer.write(std::as_bytes(std::span(index.chunks)));
+    RootRecord& root = m_head.root;
+    root.index = writer.finish();
+    const std::string json = paddedJson(metadata);
+    root.metadata = writeSection(m_file, std::as_bytes(std::span(json)), root.index.position + root.index.size);
+    root.fileSize = root.metadata.position + root.metadata.size;
+    if (root.index.size > largestIndex || root.metadata.size > largestMetadata) {
+        throw Failure(ExitCode::Refused, "the source is too large or too fragmented for an image");
+    }
+    m_file.truncate(root.fileSize);
+    m_file.sync();
+}
+
+void ImageWriter::commit()
+{
+    RootRecord root = m_head.root;
+    root.complete = true;
+    commitRoot(m_file, m_head, root);
+    syncDirectoryOf(m_file.path());
+}
+
+void ImageWriter::abandon() noexcept
+{
+    const Section& custom = m_head.root.custom;
+    const std::uint64_t size = custom.size == 0 ? bodyPosition : custom.position + custom.size;
+    // The image is incomplete with or without its chunks; nothing depends on this.
+    [[maybe_unused]] const int done = ::ftruncate(m_file.fd(), static_cast<off_t>(size));
+}
+
+} // namespace kestro::clone

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "clone/chunkcodec.h"
+#include "clone/customfiles.h"
+#include "clone/file.h"
+#include "clone/imagehead.h"
+#include "clone/imageindex.h"
+#include "clone/metadata.h"
+
+#include <mutex>
+
+namespace kestro::clone {
+
+/// Writes the body of an image that has a fresh head. Until commit the image is incomplete.
+class ImageWriter
+{
+public:
+    ImageWriter(const File& image, ImageHead head);
+
+    /// Writes a chunk at the end and fills in its position. May be called by several threads at once.
+    void append(EncodedChunk& chunk);
+
+    /// Writes index and description behind the chunks, cuts the file to its size and makes all of it durable.
+    void writeIndex(const ImageIndex& index, const Metadata& metadata);
+
+    /// The head as it will be; with the index that writeIndex wrote.
+    [[nodiscard]] const ImageHead& head() const { return m_head; }
+
+    /// Declares the image complete, durably. Only after everything written has been checked.
+    void commit();
+
+    /// Gives back the space of an image that will never be complete; its custom files stay. Never throws.
+    void abandon() noexcept;
+
+private:
+    [[nodiscard]] std::uint64_t reserve(std::uint64_t size);
+
+    const File& m_file;
+    ImageHead m_head;
+    std::mutex m_mutex;
+    std::uint64_t m_end = 0;
+    std::uint64_t m_allocated = 0;
+    bool m_allocates = true;
+};
+
+} // namespace kestro::clone

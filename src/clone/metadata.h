@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "clone/extents.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestro::clone {
+
+/// One file system, swap area or container of the source.
+struct ContentPart
+{
+    /// The partition's number; 0 when the source is not a whole disk.
+    unsigned partition = 0;
+    Extent range;
+    /// As libblkid calls it ("ext4", "crypto_LUKS"); empty when unknown.
+    std::string type;
+    std::string label;
+    /// How the used blocks were found: "libext2fs", "partclone", "swap", "whole".
+    std::string reader;
+    std::uint64_t usedBytes = 0;
+};
+
+/// What people want to know of an image; nothing in it is needed to restore, but for the table and the holes.
+struct Metadata
+{
+    std::string tool;
+    /// UTC as "2026-01-31T23:59:59Z".
+    std::string created;
+    std::string device;
+    std::string model;
+    /// "gpt" or "dos" for a whole disk; empty for anything else.
+    std::string partitionTable;
+    std::vector<ContentPart> parts;
+    /// Places that could not be read and are kept as zeros.
+    ExtentList holes;
+    /// The source was mounted read-write and frozen while it was read.
+    bool frozen = false;
+    /// The file system's journal was not empty when it was read.
+    bool needsRecovery = false;
+};
+
+[[nodiscard]] std::string toJson(const Metadata& metadata);
+
+/// None when the text is not what toJson writes. Unknown keys are ignored.
+[[nodiscard]] std::optional<Metadata> metadataFromJson(std::string_view text);
+
+} // namespace kestro::clone

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "clone/restore.h"
+
+#include "clone/blockdevice.h"
+#include "clone/failure.h"
+#include "clone/guards.h"
+#include "clone/humansize.h"
+#include "clone/imagereader.h"
+#include "clone/progress.h"
+#include "clone/targetwriter.h"
+#include "clone/unmounted.h"
+#include "clone/verify.h"
+
+#include <fcntl.h>
+
+namespace kestro::clone {
+
+namespace {
+
+void refuseHoles(const ImageReader& image, ReadErrors readErrors)
+{
+    const ExtentList& holes = image.metadata().holes;
+    if (!holes.empty() && readErrors == ReadErrors::Fail) {
+        throw Failure(ExitCode::Holes,
+            image.file().path() + " has " + std::to_string(holes.size())
+                + " places that could not be read when it was made; --rescue restores it with zeros there");
+    }
+}
+
+void refuseUnfitTarget(const ImageReader& image, const BlockDevice& target)
+{
+    refuseSmallTarget(target, image.index().sourceSize);
+    const bool wholeDisk = !image.metadata().partitionTable.empty();
+    const std::uint32_t needed = image.index().sectorSize;
+    if (target.sectorSize > needed || (wholeDisk && target.sectorSize != needed)) {
+        throw Failure(ExitCode::Refused,
+            "sector sizes differ: the image's source has " + std::to_string(needed) + " bytes, " + target.path + " has "
+                + std::to_string(target.sectorSize));
+    }
+    if (wholeDisk && target.isPartition) {
+        throw Failure(ExitCode::Refused, "the image is of a whole disk, but " + target.path + " is a partition");
+    }
+    refuseImageOn(target, image.file().path());
+    refuseSwapOn(target);
+}
+
+} // namespace
+
+void restore(const std::string& image, const std::string& device, ReadErrors readErrors)
+{
+    watchSignals(WhenAlone::GoOn);
+    File file = openImage(image, O_RDONLY);
+    file.lockExclusively();
+    const ImageReader reader(std::move(file));
+    const BlockDevice target = blockDeviceAt(device);
+    refuseHoles(reader, readErrors);
+    refuseUnfitTarget(reader, target);
+    Progress progress({{"checking the image", 15}, {"writing", 55}, {"reading back", 30}}, WhenAlone::GoOn);
+    progress.nextPhase(storedBytesOf(reader.index()));
+    reader.file().dropCache();
+    verifyChunks(reader.file(), reader.index(), progress);
+
+    UnmountedTarget unmounted(target);
+    TargetWriter(reader, target, progress).run();
+    unmounted.mountAgain();
+    progress.finish("restored " + humanSize(totalLength(reader.index().extents)));
+}
+
+} // namespace kestro::clone

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "clone/targetwriter.h"
+
+#include "clone/alignedbuffer.h"
+#include "clone/chunkcodec.h"
+#include "clone/crew.h"
+#include "clone/failure.h"
+#include "clone/piecesio.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+
+namespace kestro::clone {
+
+namespace {
+
+/// Superblocks and partition tables of all kinds begin in here.
+constexpr std::uint64_t beginningSize = 1ULL << 20U;
+
+/// What one thread needs to unpack chunks.
+struct Unpacker
+{
+    explicit Unpacker(const ImageReader& source)
+        : image(source)
+        , stored(source.index().chunkSize)
+        , content(source.index().chunkSize)
+    { }
+
+    std::span<std::byte> unpack(std::uint64_t chunk, std::uint32_t size)
+    {
+        const auto target = content.bytes().first(size);
+        const ChunkRecord& record = image.index().chunks[chunk];
+        if (!decoder.decode(record, image.readStored(chunk, stored), target)) {
+            throwInvalidImage(image.file().path(), "chunk " + std::to_string(chunk) + " does not unpack");
+        }
+        return target;
+    }
+
+    const ImageReader& image;
+    AlignedBuffer stored;
+    AlignedBuffer content;
+    ChunkDecoder decoder;
+    PiecesIo io;
+};
+
+/// The pieces before (or from) a place of the device. Content stands in the order of the pieces, so that what comes
+/// before is a prefix of it.
+ExtentList piecesBefore(const ExtentList& pieces, std::uint64_t place)
+{
+    ExtentList result;
+    for (const Extent& piece : pieces) {
+        if (piece.offset < place) {
+            result.push_back({piece.offset, std::min(piece.length, place - piece.offset)});
+        }
+    }
+    return result;
+}
+
+ExtentList piecesFrom(const ExtentList& pieces, std::uint64_t place)
+{
+    ExtentList result;
+    for (const Extent& piece : pieces) {
+        if (piece.end() > place) {
+            const std::uint64_t begin = std::max(piece.offset, place);
+            result.push_back({begin, piece.end() - begin});
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+TargetWriter::TargetWriter(const ImageReader& image, const BlockDevice& target, Progress& progress)
+    : m_image(image)
+    , m_target(target)
+    , m_progress(progress)
+    , m_layout(image.index().extents, image.index().chunkSize)
+    , m_device(File::openDirect(target.path, O_RDWR | O_EXCL))
+{
+    m_device.lockExclusively();
+}
+
+void TargetWriter::run()
+{
+    const std::uint64_t bytes = totalLength(m_image.index().extents);
+    m_progress.nextPhase(bytes);
+    wipeBeginning();
+    writeChunks();
+    settle();
+    m_progress.nextPhase(bytes);
+    const std::uint64_t first = beginningChunks();
+    checkChunks(first, m_layout.chunkCount());
+    writeBeginning(first);
+    settle();
+    checkChunks(0, first);
+    // Fails harmlessly for a partition and for devices without partitions.
+    ::ioctl(m_device.fd(), BLKRRPART, 0);
+}
+
+void TargetWriter::wipeBeginning()
+{
+    const AlignedBuffer zeros(std::min(beginningSize, m_target.size));
+    m_device.writeAt(zeros.bytes().first(std::min(beginningSize, m_target.size)), 0);
+    m_device.sync();
+}
+
+void TargetWriter::writeChunks()
+{
+    const std::uint32_t chunkSize = m_image.index().chunkSize;
+    runCrew(0, m_layout.chunkCount(), crewSize(chunkSize), [this]() -> ChunkTask {
+        auto unpacker = std::make_shared<Unpacker>(m_image);
+        return [this, unpacker](std::uint64_t chunk) {
+            const std::uint32_t size = m_layout.contentSize(chunk);
+            const auto content = unpacker->unpack(chunk, size);
+            const auto pieces = piecesFrom(m_layout.pieces(chunk), beginningSize);
+            unpacker->io.write(m_device, pieces, content.subspan(size - totalLength(pieces)));
+            m_progress.add(size);
+        };
+    });
+}
+
+std::uint64_t TargetWriter::beginningChunks() const
+{
+    std::uint64_t count = 0;
+    while (count < m_layout.chunkCount() && m_layout.pieces(count).front().offset < beginningSize) {
+        ++count;
+    }
+    return count;
+}
+
+void TargetWriter::writeBeginning(std::uint64_t chunkCount)
+{
+    Unpacker unpacker(m_image);
+    for (std::uint64_t chunk = 0; chunk < chunkCount; ++chunk) {
+        const auto pieces = piecesBefore(m_layout.pieces(chunk), beginningSize);
+        unpacker.io.write(m_device, pieces, unpacker.unpack(chunk, m_layout.contentSize(chunk)));
+    }
+}
+
+void TargetWriter::checkChunks(std::uint64_t first, std::uint64_t last)
+{
+    const std::uint32_t chunkSize = m_image.index().chunkSize;
+    runCrew(first, last, crewSize(chunkSize), [this, chunkSize]() -> ChunkTask {
+        auto content = std::make_shared<AlignedBuffer>(chunkSize);
+        auto io = std::make_shared<PiecesIo>();
+        return [this, content, io](std::uint64_t chunk) {
+            const auto bytes = content->bytes().first(m_layout.contentSize(chunk));
+            io->read(m_device, m_layout.pieces(chunk), bytes);
+            if (hashOf(bytes) != m_image.index().chunks[chunk].contentHash) {
+                throw Failure(ExitCode::Mismatch,
+                    m_target.path + " does not hold what was written to it at byte "
+                        + std::to_string(m_layout.pieces(chunk).front().offset));
+            }
+            m_progress.add(bytes.size());
+        };
+    });
+}
+
+void TargetWriter::settle()
+{
+    m_device.sync();
+    ::ioctl(m_device.fd(), BLKFLSBUF, 0);
+}
+
+} // namespace kestro::clone

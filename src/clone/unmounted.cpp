@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "clone/unmounted.h"
+
+#include "clone/failure.h"
+#include "clone/guards.h"
+#include "clone/process.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include <sys/mount.h>
+
+namespace kestro::clone {
+
+namespace {
+
+/// A folder of a file system that is mounted by itself; btrfs names its subvolumes that way and has an option for it.
+bool isBind(const Mount& mount)
+{
+    return mount.root != "/" && mount.type != "btrfs";
+}
+
+bool mountOnce(const Mount& mount)
+{
+    const std::string options = mount.options + (mount.superOptions.empty() ? "" : "," + mount.superOptions);
+    const std::vector<std::vector<std::string>> attempts{
+        {"mount", "-t", mount.type, "-o", options, mount.source, mount.target},
+        // The image may hold another file system than the one that was there, with other options.
+        {"mount", "-o", mount.options, mount.source, mount.target},
+        {"mount", mount.source, mount.target},
+    };
+    return std::any_of(attempts.begin(), attempts.end(), [](const auto& command) { return runQuietly(command) == 0; });
+}
+
+} // namespace
+
+UnmountedTarget::UnmountedTarget(const BlockDevice& target)
+{
+    auto mounts = mountsOf(target);
+    for (const Mount& mount : mounts) {
+        if (isBind(mount) || !mount.source.starts_with("/")) {
+            throw Failure(
+                ExitCode::Busy, target.path + " is mounted at " + mount.target + ", which cannot be mounted again");
+        }
+    }
+    for (auto mount = mounts.rbegin(); mount != mounts.rend(); ++mount) {
+        if (::umount2(mount->target.c_str(), UMOUNT_NOFOLLOW) != 0) {
+            const int error = errno;
+            std::for_each(m_mounts.begin(), m_mounts.end(), [](const Mount& undone) { (void)mountOnce(undone); });
+            throw Failure(ExitCode::Busy, "cannot unmount " + mount->target + ": " + errorText(error));
+        }
+        m_mounts.insert(m_mounts.begin(), *mount);
+    }
+}
+
+UnmountedTarget::~UnmountedTarget()
+{
+    std::for_each(m_mounts.begin(), m_mounts.end(), [](const Mount& mount) { (void)mountOnce(mount); });
+}
+
+void UnmountedTarget::mountAgain()
+{
+    for (const Mount& mount : std::exchange(m_mounts, {})) {
+        if (!mountOnce(mount)) {
+            throw Failure(ExitCode::NotRemounted,
+                "the device is restored, but it cannot be mounted at " + mount.target + " again");
+        }
+    }
+}
+
+} // namespace kestro::clone

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "clone/blockdevice.h"
+#include "clone/extents.h"
+
+#include <optional>
+#include <string>
+
+namespace kestro::clone {
+
+/// Which bytes of a file system are in use.
+struct UsedBlocks
+{
+    ExtentList extents;
+    /// Who said so; goes into the image's description.
+    std::string reader;
+    /// The journal holds changes that the file system itself does not have yet.
+    bool needsRecovery = false;
+};
+
+/// What libblkid finds on a device.
+struct Signature
+{
+    /// "ext4", "crypto_LUKS", …; empty when it knows nothing or the signs contradict each other.
+    std::string type;
+    std::string label;
+    /// "gpt" or "dos" on a whole disk; empty otherwise.
+    std::string partitionTable;
+};
+
+/// Probes a range of a device, or all of it when the length is 0.
+[[nodiscard]] Signature probeSignature(const std::string& device, const Extent& range = {});
+
+/// The used bytes of the file system on a device, relative to its start. Everything is used when the file system has
+/// no reader or its reader does not trust it. The beginning and the end of the device always count as used.
+[[nodiscard]] UsedBlocks usedBlocksOf(const std::string& device, std::uint64_t size, const std::string& type);
+
+} // namespace kestro::clone

@@ -1,0 +1,112 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Runs the case $KESTRO_CLONE_CASE in a new folder $T. What the case makes with the functions here is removed at the
+# end, whatever happens: mounts first, then loop devices, then the folder.
+set -euo pipefail
+
+T=$(mktemp -d "${TMPDIR:-/tmp}/kestro-clone-case.XXXXXX")
+loops=()
+names=()
+mounts=()
+
+clean_up() {
+    local item
+    for ((item = ${#mounts[@]} - 1; item >= 0; item--)); do
+        umount -q -- "${mounts[item]}" 2>/dev/null || true
+    done
+    for item in "${loops[@]}"; do losetup -d "$item" 2>/dev/null || true; done
+    rm -rf --one-file-system -- "$T"
+}
+trap clean_up EXIT
+
+# Names of this run become names that are the same in every run.
+same_every_time() {
+    local script="s#$T#T#g" i
+    for i in "${!loops[@]}"; do script="$script;s#${loops[i]}\\b#<${names[i]}>#g"; done
+    sed "$script"
+}
+
+# device NAME SIZE [LOSETUP OPTIONS…]: a loop device over a new sparse file, in the variable NAME.
+device() {
+    local name=$1 size=$2 node
+    shift 2
+    truncate -s "$size" "$T/$name.disk"
+    node=$(losetup "$@" -f --show "$T/$name.disk")
+    loops+=("$node")
+    names+=("$name")
+    printf -v "$name" %s "$node"
+}
+
+# poison DEVICE: fills it with 0xA5.
+poison() {
+    local size
+    size=$(blockdev --getsize64 "$1")
+    head -c "$size" /dev/zero | tr '\0' '\245' | dd of="$1" bs=1M iflag=fullblock conv=fsync status=none
+}
+
+# is_poison DEVICE: true when no byte of it was changed since.
+is_poison() {
+    cmp -s "$1" <(head -c "$(blockdev --getsize64 "$1")" /dev/zero | tr '\0' '\245')
+}
+
+# flip FILE POSITION [MASK]: changes bits of one byte.
+flip() {
+    python3 - "$@" <<'PY'
+import sys
+position, mask = int(sys.argv[2]), int(sys.argv[3]) if len(sys.argv) > 3 else 1
+with open(sys.argv[1], "r+b") as file:
+    file.seek(position)
+    old = file.read(1)[0]
+    file.seek(position)
+    file.write(bytes([old ^ mask]))
+PY
+}
+
+# mounted DEVICE FOLDER [OPTIONS]
+mounted() {
+    mkdir -p "$2"
+    mount ${3:+-o "$3"} "$1" "$2"
+    mounts+=("$2")
+}
+
+# fill FOLDER: files of the kinds that a copy loses most easily.
+fill() (
+    cd -- "$1"
+    seq 1 200000 >numbers
+    head -c 3000000 /dev/urandom >noise
+    mkdir -p deep/er "odd name $(printf '\001')"
+    ln -s numbers link
+    for i in $(seq 300); do echo "$i" >"deep/er/$i"; done
+    rm -f deep/er/*7
+    if ln numbers hard 2>/dev/null; then
+        truncate -s 5M sparse
+        printf x | dd of=sparse bs=1 seek=3000000 conv=notrunc status=none
+        chmod 4711 noise
+        chown 123:456 deep
+        setfattr -n user.kestro -v value numbers
+        setfacl -m u:77:rx deep
+        setcap cap_net_raw+p noise
+    fi
+    sync -f .
+)
+
+# listing FOLDER: everything about its files, to be compared as text.
+listing() (
+    cd -- "$1"
+    find . -printf '%p %y %m %U:%G %s %T@ %C@ %n %l\n' | sort
+    find . -type f -print0 | sort -z | xargs -0r sha256sum
+    getfacl -pnR . 2>/dev/null
+    getfattr -dR -m - . 2>/dev/null
+)
+
+# kc ARGUMENTS…: runs the program; prints its exit status, the last token of its output and its standard error.
+kc() {
+    local status=0
+    "$KESTRO_CLONE" "$@" >"$T/out" 2>"$T/err" || status=$?
+    printf '%s -> %s%s\n' "$*" "$status" "$(tail -n 1 "$T/out" | grep -oE ' [0-9.]+%$' || true)" | same_every_time
+    same_every_time <"$T/err"
+}
+
+cd -- "$T"
+# shellcheck source=/dev/null
+. "$KESTRO_CLONE_CASE"

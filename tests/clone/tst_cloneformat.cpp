@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "clone/check.h"
+
+#include "clone/alignedbuffer.h"
+#include "clone/chunkcodec.h"
+#include "clone/customfiles.h"
+#include "clone/extents.h"
+#include "clone/imageformat.h"
+#include "clone/imageindex.h"
+#include "clone/metadata.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <random>
+
+using namespace kestro::clone;
+
+namespace {
+
+constexpr std::uint64_t mib = 1U << 20U;
+
+RootRecord completeRoot()
+{
+    return {7, true, 20 * mib, {16 * mib, 8192, 1}, {17 * mib, 4096, 2}, {12288, 4096, 3}};
+}
+
+void everyBitOfHeaderAndRootCounts()
+{
+    const ImageId id{std::byte{1}, std::byte{2}};
+    const Block header = encodeHeader(id);
+    const Block root = encodeRoot(completeRoot(), id);
+    check(decodeHeader(header) == id, "an intact header is read");
+    check(decodeRoot(root, id).has_value() && decodeRoot(root, id)->fileSize == 20 * mib, "an intact root is read");
+    check(!decodeRoot(root, ImageId{}).has_value(), "the root of another image is refused");
+    for (std::size_t bit = 0; bit < headerSize * 8; ++bit) {
+        Block flippedHeader = header;
+        Block flippedRoot = root;
+        flippedHeader[bit / 8] ^= std::byte{1} << (bit % 8);
+        flippedRoot[bit / 8] ^= std::byte{1} << (bit % 8);
+        check(!decodeHeader(flippedHeader).has_value(), "header bit " + std::to_string(bit));
+        check(!decodeRoot(flippedRoot, id).has_value(), "root bit " + std::to_string(bit));
+    }
+}
+
+void rootsWithWrongNumbersAreRefused()
+{
+    const std::vector<std::pair<const char*, std::function<void(RootRecord&)>>> cases{
+        {"index behind the end", [](RootRecord& r) { r.index.position = 20 * mib; }},
+        {"index wraps around", [](RootRecord& r) { r.index.position = ~std::uint64_t{4095}; }},
+        {"index larger than the file", [](RootRecord& r) { r.index.size = 24 * mib; }},
+        {"index in the head", [](RootRecord& r) { r.index.position = 4096; }},
+        {"index not aligned", [](RootRecord& r) { r.index.position += 512; }},
+        {"complete without index", [](RootRecord& r) { r.index.size = 0; }},
+        {"complete without description", [](RootRecord& r) { r.metadata.size = 0; }},
+        {"index beyond the limit", [](RootRecord& r) { r.fileSize = 1024 * mib, r.index.size = largestIndex + 4096; }},
+        {"custom beyond the limit", [](RootRecord& r) { r.fileSize = 1024 * mib, r.custom.size = 17 * mib; }},
+        {"file shorter than a head",
+            [](RootRecord& r) {
+                r = {1, false, 4096, {}, {}, {}};
+            }},
+    };
+    for (const auto& [name, spoil] : cases) {
+        RootRecord root = completeRoot();
+        spoil(root);
+        check(!decodeRoot(encodeRoot(root, {}), {}).has_value(), name);
+    }
+}
+
+ImageIndex goodIndex()
+{
+    ImageIndex index{10 * mib + 512, 1 << 20, 512, {{0, mib}, {4 * mib, 2 * mib}, {10 * mib, 512}}, {}};
+    index.chunks = {{}, {12288, 5000, Codec::Zstd, 1, 2}, {20480, 1 << 20, Codec::Stored, 1, 2},
+        {mib * 2, 512, Codec::Stored, 1, 2}};
+    return index;
+}
+
+void indexesWithWrongNumbersAreRefused()
+{
+    check(flawOf(goodIndex(), 8 * mib).empty(), "a good index: " + flawOf(goodIndex(), 8 * mib));
+    const std::vector<std::pair<const char*, std::function<void(ImageIndex&)>>> cases{
+        {"extent behind the end", [](ImageIndex& i) { i.extents[2].length = 1024; }},
+        {"extent wraps around",
+            [](ImageIndex& i) {
+                i.extents[2] = {~std::uint64_t{4095}, 8192};
+            }},
+        {"empty extent", [](ImageIndex& i) { i.extents[1].length = 0; }},
+        {"extents overlap", [](ImageIndex& i) { i.extents[1].offset = mib / 2; }},
+        {"extents touch", [](ImageIndex& i) { i.extents[1].offset = mib; }},
+        {"extents out of order", [](ImageIndex& i) { std::swap(i.extents[0], i.extents[1]); }},
+        {"extent not aligned", [](ImageIndex& i) { i.extents[1].offset += 512; }},
+        {"end not aligned", [](ImageIndex& i) { i.extents[1].length -= 512; }},
+        {"a chunk too few", [](ImageIndex& i) { i.chunks.pop_back(); }},
+        {"a chunk too many", [](ImageIndex& i) { i.chunks.push_back({}); }},
+        {"chunk in the head", [](ImageIndex& i) { i.chunks[1].position = 4096; }},
+        {"chunk behind the end", [](ImageIndex& i) { i.chunks[1].position = 8 * mib; }},
+        {"chunk wraps around", [](ImageIndex& i) { i.chunks[1].position = ~std::uint64_t{4095}; }},
+        {"chunk not aligned", [](ImageIndex& i) { i.chunks[1].position += 8; }},
+        {"packed larger than content", [](ImageIndex& i) { i.chunks[1].storedSize = (1 << 20) + 1; }},
+        {"packed empty", [](ImageIndex& i) { i.chunks[1].storedSize = 0; }},
+        {"stored with another size", [](ImageIndex& i) { i.chunks[3].storedSize = 1024; }},
+        {"unknown codec", [](ImageIndex& i) { i.chunks[1].codec = static_cast<Codec>(3); }},
+        {"zeros with bytes", [](ImageIndex& i) { i.chunks[0].storedSize = 1; }},
+        {"chunks share bytes",
+            [](ImageIndex& i) {
+                i.extents = {{0, 10 * mib}};
+                i.chunks.assign(10, {12288, 1 << 20, Codec::Stored, 1, 2});
+            }},
+    };
+    for (const auto& [name, spoil] : cases) {
+        ImageIndex index = goodIndex();
+        spoil(index);
+        check(!flawOf(index, 8 * mib).empty(), name);
+    }
+}
+
+void indexHeadersWithWrongCountsAreRefused()
+{
+    const ImageIndex index = goodIndex();
+    const IndexHeader good = encodeIndexHeader(index, {});
+    check(decodeIndexHeader(good, {}, 4096).has_value(), "a good index header");
+    check(!decodeIndexHeader(good, {}, 8192).has_value(), "a section of another size");
+    check(!decodeIndexHeader(good, {std::byte{1}}, 4096).has_value(), "another image's index");
+    // Position and value of 64-bit numbers: counts, used bytes, chunk and sector size together.
+    const std::vector<std::pair<std::size_t, std::uint64_t>> cases{{24, 0}, {32, 0}, {32, 1ULL << 20U},
+        {32, (512ULL << 32U) | 4096}, {32, (512ULL << 32U) | (32 * mib)}, {40, ~0ULL}, {40, 1ULL << 60U}, {48, ~0ULL},
+        {48, 0}, {56, ~0ULL}, {56, 0}};
+    for (const auto& [position, value] : cases) {
+        IndexHeader header = good;
+        std::memcpy(header.data() + position, &value, sizeof value);
+        check(!decodeIndexHeader(header, {}, 4096).has_value(), "number at " + std::to_string(position));
+    }
+}
+
+void customFilesSurviveAndDamageShows()
+{
+    CustomFiles files{{"DiskInfo", {std::byte{'U'}}}, {"empty", {}}};
+    const auto section = encodeCustomFiles(files);
+    check(section.size() == 4096 && decodeCustomFiles(section) == files, "custom files come back");
+    check(encodeCustomFiles({}).empty() && decodeCustomFiles({})->empty(), "no custom files take no room");
+    for (std::size_t size = 0; size < 8 + 4 + 8; ++size) {
+        check(size == 0 || !decodeCustomFiles(std::span(section).first(size)).has_value(),
+            "cut at " + std::to_string(size));
+    }
+    for (const std::size_t position : {8U, 12U, 16U}) {
+        auto damaged = section;
+        damaged[position + 3] = std::byte{0x7f};
+        check(!decodeCustomFiles(damaged).has_value(), "a huge count at " + std::to_string(position));
+    }
+}
+
+void chunksComeBack()
+{
+    constexpr std::uint32_t size = 256U << 10U;
+    std::mt19937 random(1); // NOLINT: the same numbers in every run
+    ChunkEncoder encoder(size);
+    const ChunkDecoder decoder;
+    for (const auto& [codec, length] : {std::pair{Codec::Zero, size}, {Codec::Stored, size}, {Codec::Zstd, size},
+             {Codec::Stored, 512U}, {Codec::Zstd, 4608U}}) {
+        AlignedBuffer content(size);
+        if (codec != Codec::Zero) {
+            const unsigned mask = codec == Codec::Zstd ? 3U : 255U;
+            std::generate_n(content.data(), length, [&] { return static_cast<std::byte>(random() & mask); });
+        }
+        const std::vector<std::byte> original(content.data(), content.data() + length);
+        EncodedChunk chunk = encoder.encode(content, length);
+        const std::string name = "codec " + std::to_string(static_cast<int>(codec)) + " of " + std::to_string(length);
+        check(chunk.record.codec == codec && chunk.stored.size() % blockSize == 0, name);
+        std::vector<std::byte> back(length, std::byte{0xa5});
+        check(decoder.decode(chunk.record, chunk.stored, back) && back == original, name + " comes back");
+        std::vector<std::byte> other(length - 512 + (length == 512 ? 1 : 0));
+        check(!decoder.decode(chunk.record, chunk.stored, other), name + " does not fit elsewhere");
+        chunk.record.contentHash ^= 1;
+        check(!decoder.decode(chunk.record, chunk.stored, back), name + " with another hash");
+    }
+}
+
+void extentsAreKeptInOrder()
+{
+    const ExtentList mixed{{100, 50}, {0, 10}, {10, 5}, {140, 100}, {990, 100}, {2000, 5}, {7, 0}};
+    check(inOrder(mixed, 1000) == ExtentList{{0, 15}, {100, 140}, {990, 10}}, "sorted, joined, cut");
+    check(alignedOutward({{5000, 10}, {9000, 100}}, 4096, 9050) == ExtentList{{4096, 4954}}, "widened to blocks");
+    const ExtentList gaps{{0, 10}, {20, 10}, {100, 10}, {111, 10}, {500, 10}};
+    check(limitedTo(gaps, 5) == gaps, "few extents stay");
+    check(limitedTo(gaps, 3) == ExtentList{{0, 30}, {100, 21}, {500, 10}}, "the smallest gaps are filled");
+    check(limitedTo(gaps, 1) == ExtentList{{0, 510}}, "one is left");
+    const ExtentList uneven{{0, 96}, {1000, 32}, {2000, 200}};
+    const ChunkLayout layout(uneven, 64);
+    check(layout.chunkCount() == 6 && layout.contentSize(5) == 8, "chunks of equal size");
+    check(layout.pieces(0) == ExtentList{{0, 64}}, "first chunk");
+    check(layout.pieces(1) == ExtentList{{64, 32}, {1000, 32}}, "a chunk across a gap");
+    check(layout.pieces(2) == ExtentList{{2000, 64}} && layout.pieces(5) == ExtentList{{2192, 8}}, "last chunks");
+    check(ChunkLayout({}, 64).chunkCount() == 0, "nothing is no chunk");
+}
+
+void metadataComesBack()
+{
+    Metadata metadata{"tool", "now", "/dev/x", "model", "gpt", {{1, {512, 4096}, "ext4", "a\"\xff", "libext2fs", 99}},
+        {{4096, 512}}, true, true};
+    const auto back = metadataFromJson(toJson(metadata) + "   ");
+    check(back && back->parts.size() == 1 && back->parts[0].range == Extent{512, 4096} && back->holes == metadata.holes
+            && back->frozen && back->partitionTable == "gpt",
+        "the description comes back");
+    const std::string deep = std::string(100000, '[') + std::string(100000, ']');
+    for (const std::string& text :
+        {std::string(), std::string("{}"), std::string("[]"), std::string("{\"tool\":1}"), deep}) {
+        check(!metadataFromJson(text).has_value(), "no description: " + text.substr(0, 20));
+    }
+}
+
+} // namespace
+
+int main()
+{
+    everyBitOfHeaderAndRootCounts();
+    rootsWithWrongNumbersAreRefused();
+    indexesWithWrongNumbersAreRefused();
+    indexHeadersWithWrongCountsAreRefused();
+    customFilesSurviveAndDamageShows();
+    chunksComeBack();
+    extentsAreKeptInOrder();
+    metadataComesBack();
+    return checkResult();
+}
