@@ -130,6 +130,18 @@ std::string partitionNodeAt(const BlockDevice& disk, std::uint64_t offset, std::
     return {};
 }
 
+std::vector<std::string> partitionNodesOf(const BlockDevice& disk)
+{
+    std::vector<std::string> nodes;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(sysfsFolder(disk.number), error)) {
+        if (fs::exists(entry.path() / "partition")) {
+            nodes.push_back("/dev/" + entry.path().filename().string());
+        }
+    }
+    return nodes;
+}
+
 void forgetCachedBlocks(const std::string& path)
 {
     const File device = File::open(path, O_RDONLY);

@@ -40,6 +40,9 @@ struct BlockDevice
 /// The kernel's node of the partition of this disk that begins at this byte; empty when it knows none.
 [[nodiscard]] std::string partitionNodeAt(const BlockDevice& disk, std::uint64_t offset, std::uint64_t length);
 
+/// The kernel's nodes of all partitions of this disk.
+[[nodiscard]] std::vector<std::string> partitionNodesOf(const BlockDevice& disk);
+
 /// Makes the kernel forget what it has cached of the device.
 void forgetCachedBlocks(const std::string& path);
 

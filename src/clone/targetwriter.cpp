@@ -6,6 +6,7 @@
 #include "clone/crew.h"
 #include "clone/failure.h"
 #include "clone/piecesio.h"
+#include "clone/process.h"
 
 #include <algorithm>
 #include <memory>
@@ -97,8 +98,7 @@ void TargetWriter::run()
     writeBeginning(first);
     settle();
     checkChunks(0, first);
-    // Fails harmlessly for a partition and for devices without partitions.
-    ::ioctl(m_device.fd(), BLKRRPART, 0);
+    readPartitionsAgain();
 }
 
 void TargetWriter::wipeBeginning()
@@ -164,6 +164,22 @@ void TargetWriter::settle()
 {
     m_device.sync();
     ::ioctl(m_device.fd(), BLKFLSBUF, 0);
+    // Partitions have caches of their own, which know nothing of what was written through the disk.
+    for (const std::string& node : partitionNodesOf(m_target)) {
+        const File partition(::open(node.c_str(), O_RDONLY | O_CLOEXEC), node);
+        ::ioctl(partition.fd(), BLKFLSBUF, 0);
+    }
+}
+
+void TargetWriter::readPartitionsAgain()
+{
+    if (m_image.metadata().partitionTable.empty()) {
+        return;
+    }
+    // Devices that have no partitions of their own accord, such as loop devices, may have been given some.
+    if (::ioctl(m_device.fd(), BLKRRPART, 0) != 0 && !partitionNodesOf(m_target).empty()) {
+        (void)runQuietly({"partx", "-u", m_target.path});
+    }
 }
 
 } // namespace kestro::clone

@@ -27,6 +27,7 @@ private:
     void writeBeginning(std::uint64_t chunkCount);
     void checkChunks(std::uint64_t first, std::uint64_t last);
     void settle();
+    void readPartitionsAgain();
 
     const ImageReader& m_image;
     const BlockDevice& m_target;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <sstream>
 #include <utility>
 
 #include <sys/mount.h>
@@ -21,16 +22,31 @@ bool isBind(const Mount& mount)
     return mount.root != "/" && mount.type != "btrfs";
 }
 
+/// The options of the mount itself without "ro" and "rw", which may differ from those of the file system.
+std::string plainOptions(const Mount& mount)
+{
+    std::string options = mount.superOptions;
+    std::istringstream list(mount.options);
+    for (std::string option; std::getline(list, option, ',');) {
+        if (option != "ro" && option != "rw") {
+            options += (options.empty() ? "" : ",") + option;
+        }
+    }
+    return options;
+}
+
 bool mountOnce(const Mount& mount)
 {
-    const std::string options = mount.options + (mount.superOptions.empty() ? "" : "," + mount.superOptions);
     const std::vector<std::vector<std::string>> attempts{
-        {"mount", "-t", mount.type, "-o", options, mount.source, mount.target},
+        {"mount", "-t", mount.type, "-o", plainOptions(mount), mount.source, mount.target},
         // The image may hold another file system than the one that was there, with other options.
         {"mount", "-o", mount.options, mount.source, mount.target},
         {"mount", mount.source, mount.target},
     };
-    return std::any_of(attempts.begin(), attempts.end(), [](const auto& command) { return runQuietly(command) == 0; });
+    const bool mounted =
+        std::any_of(attempts.begin(), attempts.end(), [](const auto& command) { return runQuietly(command) == 0; });
+    const bool onlyThisReadOnly = hasOption(mount.options, "ro") && !hasOption(mount.superOptions, "ro");
+    return mounted && (!onlyThisReadOnly || runQuietly({"mount", "-o", "remount,bind,ro", mount.target}) == 0);
 }
 
 } // namespace

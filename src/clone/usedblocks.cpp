@@ -5,6 +5,7 @@
 #include "clone/failure.h"
 #include "clone/file.h"
 #include "clone/usedext.h"
+#include "clone/usedpartclone.h"
 
 #include <algorithm>
 #include <array>
@@ -41,6 +42,12 @@ UsedBlocks everything(std::uint64_t size)
     return {{{0, size}}, "whole", false};
 }
 
+/// A swap area is used up to its header; what was swapped out belongs to a system that no longer runs.
+std::optional<UsedBlocks> usedBlocksOfSwap(const std::string&)
+{
+    return UsedBlocks{{}, "swap", false};
+}
+
 using Reader = std::optional<UsedBlocks> (*)(const std::string& device);
 
 struct ReaderRow
@@ -53,12 +60,13 @@ constexpr std::array readers{
     ReaderRow{"ext2", usedBlocksOfExt},
     ReaderRow{"ext3", usedBlocksOfExt},
     ReaderRow{"ext4", usedBlocksOfExt},
+    ReaderRow{"swap", usedBlocksOfSwap},
 };
 
 std::optional<UsedBlocks> readUsedBlocks(const std::string& device, const std::string& type)
 {
     const auto row = std::find_if(readers.begin(), readers.end(), [&](const ReaderRow& r) { return r.type == type; });
-    return row == readers.end() ? std::nullopt : row->read(device);
+    return row == readers.end() ? usedBlocksByPartclone(device, type) : row->read(device);
 }
 
 } // namespace
@@ -83,12 +91,23 @@ Signature probeSignature(const std::string& device, const Extent& range)
     return {valueOf(probe, "TYPE"), valueOf(probe, "LABEL"), valueOf(probe, "PTTYPE")};
 }
 
+ExtentList endsOf(std::uint64_t size)
+{
+    const std::uint64_t stretch = std::min(size, alwaysUsed);
+    return {{0, stretch}, {size - stretch, stretch}};
+}
+
+ExtentList bounded(ExtentList extents, std::uint64_t size)
+{
+    return limitedTo(alignedOutward(std::move(extents), blockSize, size), mostExtents);
+}
+
 UsedBlocks usedBlocksOf(const std::string& device, std::uint64_t size, const std::string& type)
 {
     UsedBlocks used = readUsedBlocks(device, type).value_or(everything(size));
-    used.extents.push_back({0, std::min(size, alwaysUsed)});
-    used.extents.push_back({size - std::min(size, alwaysUsed), alwaysUsed});
-    used.extents = limitedTo(alignedOutward(std::move(used.extents), blockSize, size), mostExtents);
+    const ExtentList ends = endsOf(size);
+    used.extents.insert(used.extents.end(), ends.begin(), ends.end());
+    used.extents = bounded(std::move(used.extents), size);
     return used;
 }
 

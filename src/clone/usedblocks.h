@@ -36,4 +36,10 @@ struct Signature
 /// no reader or its reader does not trust it. The beginning and the end of the device always count as used.
 [[nodiscard]] UsedBlocks usedBlocksOf(const std::string& device, std::uint64_t size, const std::string& type);
 
+/// The first and the last stretch of a device, which every image holds.
+[[nodiscard]] ExtentList endsOf(std::uint64_t size);
+
+/// Ranges widened to blocks, in order, and joined as far as needed to keep the list in a bounded size.
+[[nodiscard]] ExtentList bounded(ExtentList extents, std::uint64_t size);
+
 } // namespace kestro::clone

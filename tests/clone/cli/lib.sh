@@ -107,6 +107,21 @@ kc() {
     same_every_time <"$T/err"
 }
 
+# round_trip SOURCE TARGET: to a.kim and to a poisoned device.
+round_trip() {
+    poison "$2"
+    kc --tui "$1" a.kim
+    kc --tui a.kim "$2"
+}
+
+# reader: who found the used blocks of a.kim.
+reader() {
+    "$KESTRO_CLONE" --kim-info --json a.kim | python3 -c '
+import json, sys
+for part in json.load(sys.stdin)["parts"]:
+    print(part["partition"], part["type"] or "-", part["label"] or "-", part["reader"])'
+}
+
 cd -- "$T"
 # shellcheck source=/dev/null
 . "$KESTRO_CLONE_CASE"

@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash disable=SC2154
+# needs: root setcap python3
+# A source that is mounted read-write stands still while it is read, and is thawed on every way out.
+device source 160M
+device target 160M
+mkfs.ext4 -q "$source"
+mounted "$source" m
+fill m
+head -c 60000000 /dev/urandom >m/large
+sync -f m
+listing m >before
+round_trip "$source" "$target"
+"$KESTRO_CLONE" --kim-info --json a.kim | grep -oE '"(frozen|needsRecovery)": .*'
+touch m/thawed && echo thawed
+rm m/thawed
+e2fsck -fn "$target" >/dev/null 2>&1 && echo clean
+mkdir m2
+mounted "$target" m2 ro
+listing m2 | grep -v '^\. ' | diff <(grep -v '^\. ' before) - && echo identical
+umount m2
+# Killed at once, and with its whole group: somebody else thaws.
+for signal in TERM KILL; do
+    rm -f b.kim
+    setsid "$KESTRO_CLONE" --tui "$source" b.kim >/dev/null 2>err &
+    tool=$!
+    for ((i = 0; i < 400; i++)); do [ -s b.kim ] && [ "$(stat -c %s b.kim)" -gt 2000000 ] && break; sleep 0.005; done
+    kill "-$signal" -- "-$tool"
+    { wait "$tool" || echo "ended by $signal"; } 2>/dev/null
+    cat err
+    timeout 5 touch m/thawed && echo thawed
+    "$KESTRO_CLONE" --kim-info b.kim 2>/dev/null || true
+done
+mount -o remount,ro m
+kc --tui "$source" c.kim
+"$KESTRO_CLONE" --kim-info --json c.kim | grep -oE '"(frozen|needsRecovery)": .*'
