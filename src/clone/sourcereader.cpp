@@ -32,9 +32,7 @@ void SourceReader::read(const ExtentList& pieces, std::span<std::byte> content)
         m_io.read(m_device, pieces, content);
         return;
     } catch (const Failure&) {
-        if (m_readErrors == ReadErrors::Fail) {
-            throw;
-        }
+        // One bad block fails a whole transfer; the second try finds which one it is.
     }
     for (const Extent& piece : pieces) {
         readBlockByBlock(piece, content.first(piece.length));
@@ -50,6 +48,9 @@ void SourceReader::readBlockByBlock(const Extent& piece, std::span<std::byte> co
         try {
             m_device.readAt(block, piece.offset + done);
         } catch (const Failure&) {
+            if (m_readErrors == ReadErrors::Fail) {
+                throw;
+            }
             std::fill(block.begin(), block.end(), std::byte{0});
             m_holes.add({piece.offset + done, block.size()});
         }

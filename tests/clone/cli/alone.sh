@@ -5,12 +5,11 @@
 device source 200M
 device target 200M
 head -c 150000000 /dev/urandom | dd of="$source" bs=1M iflag=fullblock conv=notrunc status=none
-status=0
 { "$KESTRO_CLONE" --tui "$source" a.kim 2>err || echo $? >status; } | head -c 1 >/dev/null
 cat status err
 kc --kim-info a.kim
 kc --tui "$source" a.kim
-{ "$KESTRO_CLONE" --tui a.kim "$target" 2>err && echo done >status; } | head -c 1 >/dev/null
+{ "$KESTRO_CLONE" --tui a.kim "$target" 2>err && echo "came to its end" >status; } | head -c 1 >/dev/null
 cat status err
 cmp "$source" "$target" && echo identical
 # Terminated: a restore leaves nothing that looks like a finished one.
