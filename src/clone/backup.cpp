@@ -11,8 +11,8 @@
 #include "clone/imagewriter.h"
 #include "clone/newimage.h"
 #include "clone/progress.h"
+#include "clone/readback.h"
 #include "clone/source.h"
-#include "clone/verify.h"
 #include "clone/version.h"
 
 #include <array>
@@ -47,27 +47,43 @@ struct Source
 
 Source lockedSource(const BlockDevice& device)
 {
+    // Not for itself alone: readers of used blocks, such as F2FS's, insist on that for themselves.
     Source source{device, File::openDirect(device.path, O_RDONLY)};
     source.file.lockExclusively();
     return source;
 }
 
-void writeChunks(const Source& source, ImageIndex& index, ImageWriter& writer, ReadErrors readErrors, HoleList& holes,
-    Progress& progress)
+/// Where chunks go: into the image, and then to be read back.
+struct Destination
+{
+    ImageWriter writer;
+    ReadBack readBack;
+};
+
+/// What a run reports while it reads.
+struct Reading
+{
+    ReadErrors readErrors;
+    HoleList holes;
+    Progress& progress;
+};
+
+void writeChunks(const Source& source, ImageIndex& index, Destination& destination, Reading& reading)
 {
     const ChunkLayout layout(index.extents, chunkSize);
     index.chunks.resize(layout.chunkCount());
     runCrew(0, layout.chunkCount(), crewSize(chunkSize), [&]() -> ChunkTask {
         auto content = std::make_shared<AlignedBuffer>(chunkSize);
         auto encoder = std::make_shared<ChunkEncoder>(chunkSize);
-        auto reader = std::make_shared<SourceReader>(source.file, readErrors, holes);
+        auto reader = std::make_shared<SourceReader>(source.file, reading.readErrors, reading.holes);
         return [&, content, encoder, reader](std::uint64_t chunk) {
             const std::uint32_t size = layout.contentSize(chunk);
             reader->read(layout.pieces(chunk), content->bytes().first(size));
             EncodedChunk encoded = encoder->encode(*content, size);
-            writer.append(encoded);
+            destination.writer.append(encoded);
+            destination.readBack.add(encoded.record);
             index.chunks[chunk] = encoded.record;
-            progress.add(size);
+            reading.progress.add(size);
         };
     });
 }
@@ -87,12 +103,11 @@ Metadata describe(const Source& source, const SourceMap& map, bool frozen)
 }
 
 /// Reads back what was written, past the cache, before it may count as complete.
-void checkWritten(const File& image, const ImageHead& head, const ImageIndex& index, Progress& progress)
+void checkWritten(const File& image, Destination& destination, const ImageIndex& index)
 {
+    destination.readBack.finish();
     image.dropCache();
-    progress.nextPhase(storedBytesOf(index));
-    verifyChunks(image, index, progress);
-    const ImageIndex readBack = readIndex(image, head);
+    const ImageIndex readBack = readIndex(image, destination.writer.head());
     if (readBack.chunks.size() != index.chunks.size() || readBack.extents != index.extents) {
         throw Failure(ExitCode::Mismatch, image.path() + " does not hold what was written to it");
     }
@@ -106,23 +121,24 @@ std::string holesSentence(const ExtentList& holes, const std::string& image)
 
 ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readErrors, Progress& progress)
 {
-    HoleList holes;
+    Reading reading{readErrors, {}, progress};
     FrozenMounts frozen(mountsOf(source.device));
     SourceMap map = mapSource(source.device);
     Metadata metadata = describe(source, map, frozen.any());
     ImageIndex index{source.device.size, chunkSize, source.device.sectorSize, std::move(map.extents), {}};
-    ImageWriter writer(image.file(), image.head());
+    Destination destination{{image.file(), image.head()}, {image.file(), chunkSize}};
     try {
         progress.nextPhase(totalLength(index.extents));
-        writeChunks(source, index, writer, readErrors, holes, progress);
+        writeChunks(source, index, destination, reading);
         frozen.thaw();
-        metadata.holes = holes.inDeviceOrder(source.device.size);
-        writer.writeIndex(index, metadata);
-        checkWritten(image.file(), writer.head(), index, progress);
+        progress.nextPhase(1);
+        metadata.holes = reading.holes.inDeviceOrder(source.device.size);
+        destination.writer.writeIndex(index, metadata);
+        checkWritten(image.file(), destination, index);
         throwIfInterrupted();
-        writer.commit();
+        destination.writer.commit();
     } catch (...) {
-        writer.abandon();
+        destination.writer.abandon();
         throw;
     }
     return metadata.holes;
@@ -136,7 +152,7 @@ void backUp(const std::string& device, const std::string& image, ReadErrors read
     const Source source = lockedSource(blockDeviceAt(device));
     refuseImageOn(source.device, image);
     NewImage target(image);
-    Progress progress({{"reading and writing", 80}, {"reading back", 20}}, WhenAlone::Stop);
+    Progress progress({{"reading, writing and reading back", 95}, {"finishing", 5}}, WhenAlone::Stop);
     const ExtentList holes = makeImage(source, target, readErrors, progress);
     target.takePlace();
     // Opened as every later user will.

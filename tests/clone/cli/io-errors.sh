@@ -48,6 +48,6 @@ kc --tui "$source" a.kim
 status=0
 timeout 20 "$KESTRO_CLONE" --tui a.kim "$small" >/dev/null 2>err || status=$?
 echo "$status, $(wc -l <err) line"
-grep -oE 'cannot (write|make)' err || cat err
+grep -oE 'no space left|cannot (write|make)' err
 [ -z "$(blkid -p "$small")" ] && echo "looks like nothing"
 losetup -d "$small"

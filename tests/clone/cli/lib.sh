@@ -99,11 +99,13 @@ listing() (
     getfattr -dR -m - . 2>/dev/null
 )
 
-# kc ARGUMENTS…: runs the program; prints its exit status, the last token of its output and its standard error.
+# kc ARGUMENTS…: runs the program; prints its exit status, the percentage that it ended with when it succeeded, and its
+# standard error.
 kc() {
     local status=0
     "$KESTRO_CLONE" "$@" >"$T/out" 2>"$T/err" || status=$?
-    printf '%s -> %s%s\n' "$*" "$status" "$(tail -n 1 "$T/out" | grep -oE ' [0-9.]+%$' || true)" | same_every_time
+    printf '%s -> %s%s\n' "$*" "$status" "$(tail -n 1 "$T/out" | grep -oE ' [0-9.]+%$' || true)" |
+        sed '/-> 0 /!s/ [0-9.]*%$//' | same_every_time
     same_every_time <"$T/err"
 }
 

@@ -33,9 +33,10 @@ wipefs -qa "$target"
 python3 - "$target" <<'PY' &
 import os, sys, time
 os.open(sys.argv[1], os.O_RDONLY | os.O_EXCL)
-time.sleep(8)
+open("claimed", "w").close()
+time.sleep(60)
 PY
 holder=$!
-sleep 0.7
+until [ -e claimed ]; do sleep 0.05; done
 kc --tui a.kim "$target"
 kill "$holder"
