@@ -67,7 +67,8 @@ void mountMemory(const std::string& target, const std::string& options = "mode=7
     mountAt("tmpfs", target, "tmpfs", 0, options);
 }
 
-void bind(const std::string& source, const std::string& target)
+// Not "bind": the function template of that name in namespace std would be the better match for strings.
+void bindMount(const std::string& source, const std::string& target)
 {
     mountAt(source, target, nullptr, MS_BIND | MS_REC);
 }
@@ -77,7 +78,7 @@ void bindFile(const std::string& source, const std::string& target)
     if (!std::filesystem::exists(target)) {
         writeText(target, {});
     }
-    bind(source, target);
+    bindMount(source, target);
 }
 
 void makeReadOnly(const std::string& target)
@@ -123,7 +124,7 @@ void composeRoot(const std::string& root)
 {
     mountMemory(root);
     makeFolder(root + "/usr");
-    bind("/usr", root + "/usr");
+    bindMount("/usr", root + "/usr");
     makeReadOnly(root + "/usr");
     for (const char* folder : {"/etc", "/lib", "/opt", "/var", "/boot", "/root", "/proc", "/sys"}) {
         makeFolder(root + folder);
@@ -166,8 +167,8 @@ void changeRoot(const std::string& root)
 
 void mountKernelViews()
 {
-    bind(host + "/proc", "/proc");
-    bind(host + "/sys", "/sys");
+    bindMount(host + "/proc", "/proc");
+    bindMount(host + "/sys", "/sys");
     makeReadOnly("/sys");
 }
 
@@ -206,7 +207,7 @@ void mountPrivateFolders()
         std::string own = ownFolder;
         own.append("/").append(name);
         writeText(own, {});
-        bind(own, "/proc/" + name);
+        bindMount(own, "/proc/" + name);
     }
 }
 
@@ -214,7 +215,7 @@ void bindKeptFolder(const std::string& path, int descriptor)
 {
     if (!std::filesystem::exists(path) || std::filesystem::is_empty(path)) {
         makeFolder(path);
-        bind("/proc/self/fd/" + std::to_string(descriptor), path);
+        bindMount("/proc/self/fd/" + std::to_string(descriptor), path);
         makeReadOnly(path);
     }
     close(descriptor);
