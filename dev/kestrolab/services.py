@@ -2,6 +2,7 @@
 """What runs on the machine besides the program: udevd, the system bus, udisksd, and a display to look at."""
 import os
 import pathlib
+import shutil
 import subprocess
 
 from .machine import Machine
@@ -9,6 +10,7 @@ from .namespace import SYSTEM_BUS
 from .process import LabError, output_of, run, stop, wait_until
 
 UDEVD = "/lib/systemd/systemd-udevd"
+FORGOTTEN = ("/home/kestro", "/media")
 UDISKSD = ("/usr/libexec/udisks2/udisksd", "/usr/lib/udisks2/udisksd")
 BUS_CONFIGURATION = f"""<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -32,6 +34,7 @@ class Services:
 
     def __enter__(self):
         try:
+            self.forget_earlier_starts()
             self.start_udev()
             self.start_bus()
             self.start_udisks()
@@ -52,6 +55,15 @@ class Services:
             process = subprocess.Popen(words, stdin=subprocess.DEVNULL, stdout=log, stderr=log, **options)
         self.processes.append(process)
         return process
+
+    def forget_earlier_starts(self):
+        """The recovery system starts from the same state each time: what an earlier start logged proves nothing."""
+        for folder in FORGOTTEN:
+            for entry in os.scandir(folder):
+                if entry.is_dir(follow_symlinks=False):
+                    shutil.rmtree(entry.path)
+                else:
+                    os.unlink(entry.path)
 
     def start_udev(self):
         """In a network namespace of its own udevd speaks to the lab's programs only."""

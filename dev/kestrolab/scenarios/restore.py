@@ -67,8 +67,8 @@ def restore_refused(lab: Lab):
     """A backup that is not whole, or not of this machine: the person is told, and nothing is written."""
     backup(lab)
     content.damage_system(lab.machine)
-    system = lab.machine.manifest(ROOT)
     for damage, sentence in DAMAGES.items():
+        system = lab.machine.manifest(ROOT)
         with lab.machine.mounted(TARGET) as target:
             image = target / BACKUP / IMAGE
             shutil.copyfile(image, target / "sound")
