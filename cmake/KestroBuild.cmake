@@ -160,8 +160,10 @@ function(kestro_test name)
     endif()
 endfunction()
 
+# Tests start child processes from processes with several threads.
+set(KESTRO_TSAN_OPTIONS "suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp:die_after_fork=0")
 function(kestro_test_properties test timeout labels)
     set_tests_properties(${test} PROPERTIES
         SKIP_RETURN_CODE 77 TIMEOUT ${timeout} LABELS "${labels}"
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TSAN_OPTIONS=${KESTRO_TSAN_OPTIONS}")
 endfunction()
