@@ -1,0 +1,311 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Recording.h"
+#include "sandbox/Sandbox.h"
+#include "support/FakePrograms.h"
+#include "support/LogCapture.h"
+#include "utils/Device.h"
+#include "utils/lsblkpairs.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+class DeviceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void collects();
+    void failedTools();
+    void lookup_data();
+    void lookup();
+    void usageFromDf();
+    void isLvmRunsEverything();
+    void mount_data();
+    void mount();
+    void umount_data();
+    void umount();
+    void mediaMountPoints();
+    void mountPointOfUuid();
+    void hostileUuids_data();
+    void hostileUuids();
+    void manyThreads();
+
+private:
+    void prepare(const QString& lsblkFile, const QString& dmsetupFile);
+
+    std::unique_ptr<FakePrograms> m_programs;
+};
+
+namespace {
+
+const QString lsblkCall = u"lsblk "_s + lsblkPairsArguments().join(u' ');
+const QString dmsetupCall = u"dmsetup deps -o blkdevname"_s;
+
+BlockDevicePtr partition(const QString& mountPoint, const QString& type = u"part"_s)
+{
+    const auto info = BlockDevicePtr::create();
+    info->path = u"/dev/sda1"_s;
+    info->type = type;
+    info->mountPoint = mountPoint;
+    return info;
+}
+
+} // namespace
+
+void DeviceTest::init()
+{
+    Sandbox::reset();
+    m_programs = std::make_unique<FakePrograms>();
+    QDir(u"/dev/mapper"_s).removeRecursively();
+    QDir().mkpath(u"/dev/mapper"_s);
+    Sandbox::writeFile(u"/dev/mapper/control"_s, {});
+}
+
+void DeviceTest::cleanup()
+{
+    m_programs.reset();
+}
+
+void DeviceTest::prepare(const QString& lsblkFile, const QString& dmsetupFile)
+{
+    m_programs->reply({u"lsblk"_s}, recording(u"lsblk/"_s + lsblkFile).toUtf8());
+    m_programs->reply({u"dmsetup"_s}, recording(u"dmsetup/"_s + dmsetupFile).toUtf8());
+}
+
+void DeviceTest::collects()
+{
+    prepare(u"composed-luks-lvm.txt"_s, u"composed-luks-lvm.txt"_s);
+    m_programs->reply({u"dmsetup"_s}, "vg0-root: 1 dependencies\t: (sda2)\n");
+    QVERIFY(QFile::link(u"../dm-1"_s, u"/dev/mapper/vg0-root"_s));
+    QVERIFY(QFile::link(u"/dev/dm-0"_s, u"/dev/mapper/luks_crypt0"_s));
+    BlockDeviceList devices;
+    Device::collectDevices(devices);
+    Device::collectDevices(devices);
+    QCOMPARE(devices.size(), 16);
+    QCOMPARE(devices[5]->mapperName + u' ' + devices[5]->mapperPath, u"vg0-root /dev/mapper/vg0-root"_s);
+    QCOMPARE(devices[5]->pkname, u"sda2"_s);
+    QCOMPARE(devices[4]->mapperName, u"luks_crypt0"_s);
+    QCOMPARE(devices[6]->mapperName, QString());
+    QCOMPARE(m_programs->callLines(), (QStringList{lsblkCall, dmsetupCall, lsblkCall, dmsetupCall}));
+}
+
+void DeviceTest::failedTools()
+{
+    m_programs->reply({u"lsblk"_s}, {.out = recording(u"lsblk/composed-mixed.txt"_s).toUtf8(), .exitCode = 1});
+    m_programs->reply({u"dmsetup"_s}, {.err = "Cannot communicate with kernel driver.", .exitCode = 1});
+    BlockDeviceList devices;
+    Device::collectDevices(devices);
+    QVERIFY(devices.isEmpty());
+    Device::refreshDevices();
+    QVERIFY(!Device::lookupDevice(u"/dev/sdb"_s));
+}
+
+void DeviceTest::lookup_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("kname");
+    const auto row = [](const QString& key, const QString& kname) { QTest::newRow(qPrintable(key)) << key << kname; };
+    row(u"/dev/nvme0n1p1"_s, u"nvme0n1p1"_s);
+    row(u"nvme0n1"_s, u"nvme0n1"_s);
+    row(u"1111-AAAA"_s, u"nvme0n1p1"_s);
+    row(u"EFI"_s, u"nvme0n1p1"_s);
+    row(u"/media/user/a b"_s, u"nvme0n1p2"_s);
+    row(u"/dev/disk/by-uuid/1111-AAAA"_s, u"nvme0n1p1"_s);
+    row(u"/dev/disk/by-partlabel/EFI"_s, u"nvme0n1p1"_s);
+    row(u"mapped"_s, u"sdb"_s);
+    row(u"/dev/mapper/mapped"_s, {});
+    row(u"/dev/loop0"_s, {});
+    row(u"/run/live/rootfs"_s, {});
+    row(u"1111-aaaa"_s, {});
+    row({}, {});
+}
+
+void DeviceTest::lookup()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, kname);
+    prepare(u"composed-mixed.txt"_s, u"composed-none.txt"_s);
+    QVERIFY(QFile::link(u"/dev/sdb"_s, u"/dev/mapper/mapped"_s));
+    Device::refreshDevices();
+    const BlockDevicePtr found = Device::lookupDevice(key);
+    QCOMPARE(found ? found->kname : QString(), kname);
+}
+
+void DeviceTest::usageFromDf()
+{
+    prepare(u"composed-mixed.txt"_s, u"composed-none.txt"_s);
+    m_programs->reply({u"df"_s},
+        "Filesystem     Type     1B-blocks        Used   Available Use% Mounted on\n"
+        "udev           devtmpfs 4096000000          0  4096000000   0% /dev\n"
+        "/dev/nvme0n1p1 vfat      535805952    6299648   529506304   2% /boot/efi\n"
+        "/dev/nvme0n1p2 ext4   503000000000 1000000000 502000000000  1% /media/user/a b\n"
+        "/dev/sdb       -                 -          -           -   -  /x\n");
+    Device::refreshDevices();
+    Device::updateUsageFromDf();
+    const BlockDevicePtr efi = Device::lookupDevice(u"nvme0n1p1"_s);
+    QCOMPARE((QList<qint64>{efi->size, efi->fsUsed, efi->fsAvail}), (QList<qint64>{535805952, 6299648, 529506304}));
+    QCOMPARE(efi->usage, u"2%"_s);
+    QCOMPARE(Device::lookupDevice(u"nvme0n1p2"_s)->size, 511573303296);
+    QCOMPARE(Device::lookupDevice(u"sdb"_s)->size, 0);
+    QCOMPARE(m_programs->callLines().last(), u"df -T -B1"_s);
+}
+
+void DeviceTest::isLvmRunsEverything()
+{
+    prepare(u"composed-luks-lvm.txt"_s, u"composed-luks-lvm.txt"_s);
+    m_programs->reply({u"df"_s}, {.exitCode = 1});
+    const QString root = u"00000005-0000-4000-8000-000000000005"_s;
+    bool isEncrypted = false;
+    bool flag = true;
+    QVERIFY(Device::isLvm({root}, isEncrypted, flag));
+    QVERIFY(isEncrypted && !flag);
+    QCOMPARE(m_programs->callLines(), (QStringList{lsblkCall, dmsetupCall, u"df -T -B1"_s}));
+    QCOMPARE(Device::lookupDevice(root)->parent->kname, u"dm-0"_s);
+
+    QVERIFY(!Device::isLvm({}, isEncrypted, flag));
+    QVERIFY(!isEncrypted && !flag);
+}
+
+void DeviceTest::mount_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("mountedAt");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<bool>("runs");
+    QTest::newRow("mounted") << u"part"_s << QString() << 0 << true;
+    QTest::newRow("mount fails") << u"part"_s << QString() << 32 << true;
+    QTest::newRow("there already: again, deliberately") << u"part"_s << u"/media/x"_s << 0 << true;
+    QTest::newRow("elsewhere") << u"part"_s << u"/media/y"_s << 0 << false;
+    QTest::newRow("a disk") << u"disk"_s << QString() << 0 << false;
+    QTest::newRow("a volume") << u"lvm"_s << QString() << 0 << false;
+}
+
+void DeviceTest::mount()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, mountedAt);
+    QFETCH(int, exitCode);
+    QFETCH(bool, runs);
+    m_programs->reply({u"mount"_s}, {.exitCode = exitCode});
+    const BlockDevicePtr info = partition(mountedAt, type);
+    const bool succeeds = runs && exitCode == 0;
+    QCOMPARE(Device(info).mount(u"/media/x"_s), succeeds);
+    QCOMPARE(m_programs->callLines(), runs ? QStringList{u"mount /dev/sda1 /media/x"_s} : QStringList());
+    QCOMPARE(info->mountPoint, succeeds ? u"/media/x"_s : mountedAt);
+    QVERIFY(!Device(BlockDevicePtr()).mount(u"/media/x"_s));
+}
+
+void DeviceTest::umount_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("mountedAt");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<bool>("runs");
+    QTest::addColumn<bool>("succeeds");
+    QTest::newRow("unmounted") << u"part"_s << u"/media/a b"_s << 0 << true << true;
+    QTest::newRow("umount fails") << u"part"_s << u"/media/a b"_s << 32 << true << false;
+    QTest::newRow("nowhere") << u"part"_s << QString() << 0 << false << true;
+    QTest::newRow("a disk") << u"disk"_s << QString() << 0 << false << false;
+}
+
+void DeviceTest::umount()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, mountedAt);
+    QFETCH(int, exitCode);
+    QFETCH(bool, runs);
+    QFETCH(bool, succeeds);
+    m_programs->reply({u"umount"_s}, {.exitCode = exitCode});
+    const BlockDevicePtr info = partition(mountedAt, type);
+    QCOMPARE(Device(info).umount(), succeeds);
+    const QList<QStringList> expected{{u"umount"_s, mountedAt}};
+    QCOMPARE(m_programs->calls(), runs ? expected : QList<QStringList>());
+    QCOMPARE(info->mountPoint, succeeds ? QString() : mountedAt);
+}
+
+void DeviceTest::mediaMountPoints()
+{
+    m_programs->reply({u"lsblk"_s, u"--output"_s, u"MOUNTPOINT"_s}, "MOUNTPOINT\n\n/\n/media/a b\n  /media/c\n");
+    QList<QString> mountPoints{u"kept"_s};
+    QVERIFY(Device::getAllMediaMountPoint(mountPoints));
+    QCOMPARE(mountPoints, (QStringList{u"kept"_s, u"/media/a b"_s, u"/media/c"_s}));
+
+    FakePrograms without;
+    without.reply({u"lsblk"_s}, "MOUNTPOINT\n/\n");
+    const LogCapture log;
+    QVERIFY(!Device::getAllMediaMountPoint(mountPoints));
+    QCOMPARE(log.lines().size(), 1);
+    QCOMPARE(log.lines().first().level, QtInfoMsg);
+    QCOMPARE(log.lines().first().message,
+        u"static bool Device::getAllMediaMountPoint(QList<QString>&) , spawnCmd failed, args =  "
+        u"QList(\"-c\", \"lsblk --output MOUNTPOINT | grep /media/\") , out =  \"\""_s);
+    QCOMPARE(log.lines().first().file, u"./src/utils/Device.cpp"_s);
+}
+
+void DeviceTest::mountPointOfUuid()
+{
+    m_programs->reply({u"lsblk"_s, u"--output"_s, u"UUID,PATH"_s},
+        "UUID PATH\nab-cd-2 kestro-other\nab-cd /dev/none\nef kestro/x\n     12 tmpfs\n");
+    QString mountPoint = u"kept"_s;
+    const LogCapture log;
+    QVERIFY(!Device::getMountPointByUUID(u"cd"_s, mountPoint));
+    QCOMPARE(log.messages(), QStringList());
+    QVERIFY(!Device::getMountPointByUUID(u"99"_s, mountPoint));
+    QCOMPARE(log.messages().size(), 1);
+    QVERIFY(log.messages().first().startsWith(
+        "static bool Device::getMountPointByUUID(const QString&, QString&) , spawnCmd failed, args = "_L1));
+    QCOMPARE(mountPoint, u"kept"_s);
+}
+
+void DeviceTest::hostileUuids_data()
+{
+    QTest::addColumn<QString>("uuid");
+    for (const char* uuid : {"", "a; touch /tmp/hit", "$(touch /tmp/hit)", "-f/etc/passwd", "a b", "a\n", "a|b", "é"}) {
+        QTest::newRow(uuid) << QString::fromUtf8(uuid);
+    }
+}
+
+void DeviceTest::hostileUuids()
+{
+    QFETCH(QString, uuid);
+    QString mountPoint;
+    const LogCapture log;
+    QVERIFY(!Device::getMountPointByUUID(uuid, mountPoint));
+    QCOMPARE(log.messages(QtInfoMsg).size(), 1);
+    QCOMPARE(m_programs->calls().size(), 0);
+    QVERIFY(!QFile::exists(u"/tmp/hit"_s));
+}
+
+void DeviceTest::manyThreads()
+{
+    prepare(u"composed-luks-lvm.txt"_s, u"composed-luks-lvm.txt"_s);
+    m_programs->reply({u"df"_s}, "/dev/sda1 vfat 5 3 2 60% /boot/efi\n");
+    const auto work = [] {
+        for (int round = 0; round < 3; ++round) {
+            bool isEncrypted = false;
+            bool flag = false;
+            Device::isLvm({}, isEncrypted, flag);
+            Device::updateUsageFromDf();
+            const BlockDevicePtr found = Device::lookupDevice(u"/boot/efi"_s);
+            QVERIFY(found && found->kname == "sda1"_L1);
+        }
+    };
+    std::thread first(work);
+    std::thread second(work);
+    first.join();
+    second.join();
+}
+
+int main(int argc, char** argv)
+{
+    return Sandbox::run<DeviceTest>(argc, argv);
+}
+
+#include "tst_device.moc"

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Recording.h"
+
+#include "utils/lsblkpairs.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class LsblkPairsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyColumn();
+    void recordings_data();
+    void recordings();
+    void values_data();
+    void values();
+    void hostileLines_data();
+    void hostileLines();
+};
+
+namespace {
+
+/// A line whose columns have the given values where the map names them.
+QString lineWith(const QMap<QString, QString>& values)
+{
+    const QStringList columns = lsblkPairsArguments().last().split(u',');
+    const QMap<QString, QString> defaults = {{u"RO"_s, u"0"_s}, {u"HOTPLUG"_s, u"0"_s}, {u"MAJ:MIN"_s, u"8:3"_s}};
+    QStringList pairs;
+    for (const QString& column : columns) {
+        const QString value = values.value(column, defaults.value(column));
+        pairs.append(u"%1=\"%2\""_s.arg(column, value));
+    }
+    return pairs.join(u' ');
+}
+
+BlockDevicePtr parsed(const QMap<QString, QString>& values)
+{
+    const BlockDeviceList devices = parseLsblkPairs(lineWith(values));
+    return devices.size() == 1 ? devices.first() : BlockDevicePtr::create();
+}
+
+QString textOf(const BlockDeviceInfo& device)
+{
+    return QStringList{device.path, device.type, device.fsType, device.pkname, device.uuid, device.mountPoint,
+        QString::number(device.size)}
+        .join(u'|');
+}
+
+} // namespace
+
+void LsblkPairsTest::everyColumn()
+{
+    const QString line =
+        uR"(NAME="vg-root" KNAME="dm-1" LABEL=" l " UUID="u" TYPE="lvm" FSTYPE="Ext4" SIZE="1" FSUSED="2" )"
+        uR"(FSAVAIL="3" LOG-SEC="512" PHY-SEC="4096" MOUNTPOINT="/" MODEL="mo" RO="1" HOTPLUG="1" MAJ:MIN="253:1" )"
+        uR"(PARTLABEL="pl" PARTUUID="pu" PKNAME="dm-0" PATH="/dev/mapper/vg-root" VENDOR="ve" SERIAL="se" REV="re" )"
+        uR"(ROTA="1")"_s;
+    const BlockDeviceList devices = parseLsblkPairs(line);
+    QCOMPARE(devices.size(), 1);
+    const BlockDeviceInfo& d = *devices.first();
+    const QStringList texts{d.path, d.name, d.kname, d.pkname, d.lsblkPath, d.mapperName, d.uuid, d.label, d.partUuid,
+        d.partLabel, d.type, d.fsType, d.usage, d.mountPoint, d.model, d.majMin, d.vendor, d.serial, d.rev,
+        d.byUuidPath, d.byLabelPath, d.byPartUuidPath, d.byPartLabelPath, d.mapperPath};
+    QCOMPARE(texts.join(u'|'),
+        u"/dev/dm-1|vg-root|dm-1|dm-0|/dev/mapper/vg-root||u|l|pu|pl|lvm|ext4||/|mo|253:1|ve|se|re|"
+        u"/dev/disk/by-uuid/u|/dev/disk/by-label/l|/dev/disk/by-partuuid/pu|/dev/disk/by-partlabel/pl|"_s);
+    const QList<qint64> numbers{
+        d.size, d.fsUsed, d.fsAvail, d.logSec, d.phySec, d.major, d.minor, d.rota, d.readOnly, d.hotplug};
+    QCOMPARE(numbers, (QList<qint64>{1, 2, 3, 512, 4096, 253, 1, 1, 1, 1}));
+}
+
+void LsblkPairsTest::recordings_data()
+{
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("pairs-loop") << QStringList{u"/dev/sdz|loop|||||67108864"_s,
+        u"/dev/sdz1|part||sdz||/tmp/with blank|16777216"_s, u"/dev/sdz2|part||sdz|||16777216"_s,
+        u"/dev/sdz3|part||sdz|||16777216"_s};
+    QTest::newRow("composed-luks-lvm") << QStringList{u"/dev/sda|disk|||||500107862016"_s,
+        u"/dev/sda1|part|vfat|sda|1111-AAAA|/boot/efi|536870912"_s,
+        u"/dev/sda2|part|ext4|sda|00000002-0000-4000-8000-000000000002|/boot|1073741824"_s,
+        u"/dev/sda3|part|luks|sda|00000003-0000-4000-8000-000000000003||498496192512"_s,
+        u"/dev/dm-0|crypt|lvm2|sda3|AbCdEf-0000-1111-2222-3333-4444-555566||498479415296"_s,
+        u"/dev/dm-1|lvm|ext4|dm-0|00000005-0000-4000-8000-000000000005|/|107374182400"_s,
+        u"/dev/dm-2|lvm|ext4|dm-0|00000006-0000-4000-8000-000000000006|/home|391101022208"_s,
+        u"/dev/dm-3|lvm|swap|dm-0|00000007-0000-4000-8000-000000000007|[SWAP]|4294967296"_s};
+    QTest::newRow("composed-mixed") << QStringList{u"/dev/loop0|loop|squashfs|||/run/live/rootfs|67108864"_s,
+        u"/dev/sr0|rom|iso9660||2026-01-31-10-00-00-00||1073741312"_s, u"/dev/nvme0n1|disk|||||512110190592"_s,
+        u"/dev/nvme0n1p1|part|vfat|nvme0n1|1111-AAAA||536870912"_s,
+        u"/dev/nvme0n1p2|part|ext4|nvme0n1|00000005-0000-4000-8000-000000000005|/media/user/a b|511573303296"_s,
+        u"/dev/sdb|disk|||||15931539456"_s};
+}
+
+void LsblkPairsTest::recordings()
+{
+    QFETCH(QStringList, expected);
+    QStringList texts;
+    const BlockDeviceList devices =
+        parseLsblkPairs(recording(u"lsblk/%1.txt"_s.arg(QString::fromUtf8(QTest::currentDataTag()))));
+    for (const BlockDevicePtr& device : devices) {
+        texts.append(textOf(*device));
+    }
+    QCOMPARE(texts, expected);
+}
+
+void LsblkPairsTest::values_data()
+{
+    QTest::addColumn<QString>("column");
+    QTest::addColumn<QString>("printed");
+    QTest::addColumn<QString>("stored");
+    const auto row = [](const QString& column, const QString& printed, const QString& stored) {
+        QTest::newRow(qPrintable(column + u' ' + printed)) << column << printed << stored;
+    };
+    row(u"FSTYPE"_s, u"crypto_LUKS"_s, u"luks"_s);
+    row(u"FSTYPE"_s, u" CRYPTO_luks "_s, u"luks"_s);
+    row(u"FSTYPE"_s, u"LVM2_member"_s, u"lvm2"_s);
+    row(u"FSTYPE"_s, u"crypto_LUKS2"_s, u"crypto_luks2"_s);
+    row(u"SIZE"_s, u"9223372036854775807"_s, u"9223372036854775807"_s);
+    row(u"SIZE"_s, u"9223372036854775808"_s, u"0"_s);
+    row(u"SIZE"_s, u"0x10"_s, u"0"_s);
+    row(u"MAJ:MIN"_s, u"259:1048575"_s, u"259 1048575"_s);
+    row(u"MAJ:MIN"_s, u"8"_s, u"8 -1"_s);
+    row(u"MAJ:MIN"_s, u":3"_s, u"-1 3"_s);
+    row(u"MAJ:MIN"_s, u"1:2:3"_s, u"1 -1"_s);
+    row(u"ROTA"_s, {}, u"-1"_s);
+    row(u"ROTA"_s, u"1"_s, u"1"_s);
+    row(u"RO"_s, u"2"_s, u"0"_s);
+    row(u"MOUNTPOINT"_s, uR"(/media/a b" UUID="x)"_s, uR"(/media/a b" UUID="x)"_s);
+    row(u"LABEL"_s, uR"(a\x22b)"_s, uR"(a\x22b)"_s);
+}
+
+void LsblkPairsTest::values()
+{
+    QFETCH(QString, column);
+    QFETCH(QString, printed);
+    QFETCH(QString, stored);
+    const BlockDevicePtr device = parsed({{column, printed}});
+    const QMap<QString, QString> found = {{u"FSTYPE"_s, device->fsType}, {u"SIZE"_s, QString::number(device->size)},
+        {u"MAJ:MIN"_s, u"%1 %2"_s.arg(device->major).arg(device->minor)}, {u"ROTA"_s, QString::number(device->rota)},
+        {u"RO"_s, QString::number(device->readOnly)}, {u"MOUNTPOINT"_s, device->mountPoint},
+        {u"LABEL"_s, device->label}};
+    QCOMPARE(found.value(column), stored);
+    QCOMPARE(device->byUuidPath + device->byPartUuidPath + device->byPartLabelPath, QString());
+}
+
+void LsblkPairsTest::hostileLines_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("devices");
+    const QString good = lineWith({{u"KNAME"_s, u"sda"_s}});
+    const QString megabyte(1 << 20, u'x');
+    QTest::newRow("empty") << QString() << 0;
+    QTest::newRow("underscore") << QString(good).replace("MAJ:MIN"_L1, "MAJ_MIN"_L1) << 1;
+    QTest::newRow("other spelling of a column") << QString(good).replace("LOG-SEC"_L1, "LOG_SEC"_L1) << 0;
+    QTest::newRow("cut") << good + u'\n' + good.chopped(1) << 1;
+    QTest::newRow("blank lines and a message") << u"\n\nlsblk: failed\n"_s + good + u'\n' << 1;
+    QTest::newRow("1 MiB in a value") << lineWith({{u"LABEL"_s, megabyte}}) << 1;
+    QTest::newRow("1 MiB without a form") << megabyte << 0;
+    QTest::newRow("1 MiB of beginnings") << u"NAME=\"\" KNAME=\"\" LABEL=\""_s.repeated(40000) << 0;
+    QTest::newRow("1 MiB of quotes") << u"NAME=\""_s + QString(1 << 20, u'"') << 0;
+    QTest::newRow("overrides in a label") << lineWith({{u"LABEL"_s, QString(255, QChar(0x202E))}}) << 1;
+    QTest::newRow("NUL") << lineWith({{u"LABEL"_s, QString(QChar(0))}}) << 1;
+}
+
+void LsblkPairsTest::hostileLines()
+{
+    QFETCH(QString, text);
+    QFETCH(int, devices);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(parseLsblkPairs(text).size(), devices);
+    QVERIFY2(timer.elapsed() < 10000, "a hostile line holds the program up");
+}
+
+QTEST_GUILESS_MAIN(LsblkPairsTest)
+#include "tst_lsblkpairs.moc"
