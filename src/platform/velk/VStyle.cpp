@@ -4,6 +4,8 @@
 #include "platform/velk/VPaletteHelper.h"
 #include "platform/velk/stylepainting.h"
 
+#include <QCheckBox>
+#include <QRadioButton>
 #include <QStyleOption>
 #include <QVariant>
 #include <QWidget>
@@ -68,7 +70,9 @@ void VStyle::drawPrimitive(
         }
         return;
     case PE_FrameFocusRect:
-        StylePainting::focusRing(painter, QRectF(option->rect), 4, palette);
+        if (qobject_cast<const QRadioButton*>(widget) == nullptr && qobject_cast<const QCheckBox*>(widget) == nullptr) {
+            StylePainting::focusRing(painter, QRectF(option->rect), 4, palette); // those two show it at their indicator
+        }
         return;
     case PE_IndicatorCheckBox:
         StylePainting::checkBox(painter, *option, palette);

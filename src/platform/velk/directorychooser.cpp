@@ -82,6 +82,7 @@ void DirectoryChooser::build()
     m_model->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
     m_model->setIconProvider(m_icons.get());
     m_folders = new QListView(this);
+    m_folders->setObjectName(u"folders"_s);
     setUpList(m_folders, tr("Directories"));
     m_folders->setSpacing(VStyle::spaceTiny);
     m_folders->setFocus();

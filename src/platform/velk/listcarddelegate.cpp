@@ -50,7 +50,7 @@ void ListCardDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     const auto visual = [&option](const QRect& box) { return QStyle::visualRect(option.direction, option.rect, box); };
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    const QRectF box = QRectF(option.rect).adjusted(6.5, 1.5, -6.5, -1.5);
+    const QRectF box = QRectF(option.rect).adjusted(8.5, 1.5, -2.5, -1.5);
     drawCard(painter, box, colors, option.state.testFlag(QStyle::State_MouseOver) && enabled, chosen);
 
     QRect content = option.rect.adjusted(VStyle::spaceMedium + 4, 0, -VStyle::spaceMedium - 4, 0);

@@ -98,10 +98,14 @@ void paintText(
     const QFontMetricsF metrics(painter->font());
     const QPointF origin(vessel.center().x() - (metrics.horizontalAdvance(text) / 2),
         vessel.center().y() + ((metrics.ascent() - metrics.descent()) / 2));
-    painter->setPen(palette.color(VPalette::TitleText));
-    painter->drawText(origin, text);
     QPainterPath flooded;
     flooded.addPolygon(waterInside(bowlOf(vessel), water, frontWave));
+    QPainterPath dry;
+    dry.addRect(vessel);
+    dry.addPath(flooded); // odd-even: the vessel without the water
+    painter->setPen(palette.color(VPalette::TitleText));
+    painter->setClipPath(dry);
+    painter->drawText(origin, text);
     painter->setClipPath(flooded);
     painter->setPen(Qt::white);
     painter->drawText(origin, text);

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/velk/VApplication.h"
+#include "platform/velk/VDialog.h"
+#include "support/DialogAnswer.h"
+
+#include <QAbstractButton>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class VDialogTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void answers_data();
+    void answers();
+    void enterChoosesTheDefault();
+    void unknownButton();
+};
+
+void VDialogTest::answers_data()
+{
+    QTest::addColumn<int>("pressed");
+    QTest::addColumn<int>("result");
+    QTest::newRow("first") << 0 << 0;
+    QTest::newRow("second") << 1 << 1;
+    QTest::newRow("escape is no button") << -1 << -1;
+}
+
+void VDialogTest::answers()
+{
+    QFETCH(int, pressed);
+    QFETCH(int, result);
+    VDialog dialog(u"Title"_s, u"Question?"_s);
+    QCOMPARE(dialog.addButton(u"Cancel"_s), 0);
+    QCOMPARE(dialog.addButton(u"Go"_s, true, VDialog::ButtonWarning), 1);
+    DialogAnswer answer(pressed);
+    QCOMPARE(dialog.exec(), result);
+    QCOMPARE(answer.dialogs, 1);
+    QCOMPARE(answer.message, u"Question?"_s);
+    QVERIFY(answer.confirmHasFocus);
+}
+
+void VDialogTest::enterChoosesTheDefault()
+{
+    VDialog dialog;
+    dialog.addButton(u"Cancel"_s);
+    dialog.addButton(u"Go"_s, true);
+    dialog.show();
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    QCOMPARE(dialog.result(), 1);
+}
+
+void VDialogTest::unknownButton()
+{
+    VDialog dialog;
+    dialog.addButton(u"Cancel"_s);
+    QVERIFY(dialog.getButton(0) != nullptr);
+    QVERIFY(dialog.getButton(1) == nullptr);
+    QVERIFY(dialog.getButton(-1) == nullptr);
+}
+
+int main(int argc, char** argv)
+{
+    VApplication app(argc, argv);
+    VDialogTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_vdialog.moc"

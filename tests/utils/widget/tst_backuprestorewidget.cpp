@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/velk/VApplication.h"
+#include "support/LogCapture.h"
+#include "support/PrivateBus.h"
+#include "utils/widget/BackupRestoreWidget.h"
+#include "utils/widget/ItemFrame.h"
+
+#include <QAccessible>
+#include <QDBusConnection>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThread>
+
+using namespace Qt::StringLiterals;
+
+/// The session service: notes what is called.
+class SessionService : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.kestro.daemon.ArxRecoverySession")
+
+public Q_SLOTS:
+    void ShowBackupPage()
+    {
+        Q_EMIT
+        called(u"ShowBackupPage"_s);
+    }
+    void ShowRestorePage()
+    {
+        Q_EMIT
+        called(u"ShowRestorePage"_s);
+    }
+    void ShowSystemClonePage()
+    {
+        Q_EMIT
+        called(u"ShowSystemClonePage"_s);
+    }
+
+Q_SIGNALS:
+    void called(const QString& method);
+};
+
+namespace {
+
+// Tiles in the order of the rows.
+QList<plugins::ItemFrame*> tilesOf(const BackupRestoreWidget& widget)
+{
+    return widget.findChildren<plugins::ItemFrame*>();
+}
+
+} // namespace
+
+class BackupRestoreWidgetTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tilesCallTheService();
+    void withoutService();
+    void withoutBus();
+    void tilesAreButtons();
+};
+
+// The service has a thread and a connection of its own: the widget's calls wait for their answers.
+void BackupRestoreWidgetTest::tilesCallTheService()
+{
+    const QString address = PrivateBus::start();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
+    QThread thread;
+    SessionService service;
+    service.moveToThread(&thread);
+    thread.start();
+    QDBusConnection bus = QDBusConnection::connectToBus(address, u"service"_s);
+    QVERIFY(bus.registerObject(u"/com/kestro/daemon/ArxRecoverySession"_s, &service,
+        QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportAllSlots));
+    QVERIFY(bus.registerService(u"com.kestro.daemon.ArxRecoverySession"_s));
+    QStringList calls;
+    connect(&service, &SessionService::called, this, [&calls](const QString& method) { calls.append(method); });
+
+    BackupRestoreWidget widget;
+    widget.show();
+    const LogCapture log;
+    widget.onItemChanged(true); // no row is current yet
+    QCOMPARE(calls, QStringList{});
+    const QStringList methods = {u"ShowBackupPage"_s, u"ShowRestorePage"_s, u"ShowSystemClonePage"_s};
+    for (int i = 2; i >= 0; --i) {
+        QTest::mouseClick(tilesOf(widget).at(i), Qt::LeftButton);
+        QTRY_COMPARE(calls, QStringList{methods.at(i)});
+        calls.clear();
+    }
+    QCOMPARE(log.messages(), QStringList{});
+    thread.quit();
+    thread.wait();
+}
+
+void BackupRestoreWidgetTest::withoutService()
+{
+    qputenv("DBUS_SESSION_BUS_ADDRESS", PrivateBus::start().toUtf8());
+    BackupRestoreWidget widget;
+    widget.show();
+    const LogCapture log;
+    for (plugins::ItemFrame* tile : tilesOf(widget)) {
+        QTest::keyClick(tile, Qt::Key_Return);
+    }
+    const QStringList lines = log.messages(QtCriticalMsg);
+    QCOMPARE(lines.size(), 3);
+    QVERIFY2(lines[0].startsWith(u"error: showBackupDbus invalid, errMsg = "_s), qPrintable(lines[0]));
+    QVERIFY2(lines[1].startsWith(u"error: showRestoreDbus invalid, errMsg = "_s), qPrintable(lines[1]));
+    QVERIFY2(lines[2].startsWith(u"error: showSystemCloneDbus invalid, errMsg = "_s), qPrintable(lines[2]));
+    QVERIFY(lines[0].contains(u"com.kestro.daemon.ArxRecoverySession"_s));
+    QVERIFY(widget.isVisible());
+}
+
+void BackupRestoreWidgetTest::withoutBus()
+{
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
+    BackupRestoreWidget widget;
+    widget.show();
+    const LogCapture log;
+    QTest::mouseClick(tilesOf(widget).first(), Qt::LeftButton);
+    QCOMPARE(log.messages(QtCriticalMsg).size(), 1);
+    QVERIFY(widget.isVisible());
+}
+
+void BackupRestoreWidgetTest::tilesAreButtons()
+{
+    plugins::ItemFrame tile(u"Restore"_s, {}, {});
+    tile.show();
+    QSignalSpy clicked(&tile, &plugins::ItemFrame::clicked);
+    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(&tile);
+    QCOMPARE(interface->role(), QAccessible::Button);
+    QCOMPARE(interface->text(QAccessible::Name), u"Restore"_s);
+    QVERIFY(interface->state().focusable);
+
+    QCOMPARE(int(tile.backgroundType()), 1);
+    QHoverEvent enter(QEvent::HoverEnter, QPointF(5, 5), QPointF(-1, -1));
+    QCoreApplication::sendEvent(&tile, &enter);
+    QCOMPARE(int(tile.backgroundType()), 11);
+    QHoverEvent leave(QEvent::HoverLeave, QPointF(-1, -1), QPointF(5, 5));
+    QCoreApplication::sendEvent(&tile, &leave);
+    QCOMPARE(int(tile.backgroundType()), 1);
+
+    QTest::mouseClick(&tile, Qt::LeftButton);
+    QTest::mouseClick(&tile, Qt::LeftButton);
+    QTest::keyClick(&tile, Qt::Key_Space);
+    QCOMPARE(clicked.count(), 3);
+    QCOMPARE(clicked.last().first().toBool(), true);
+}
+
+int main(int argc, char** argv)
+{
+    VApplication app(argc, argv);
+    BackupRestoreWidgetTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_backuprestorewidget.moc"

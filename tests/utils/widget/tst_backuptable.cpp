@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/velk/VApplication.h"
+#include "utils/widget/BaseItemDelegate.h"
+#include "utils/widget/BaseTableView.h"
+#include "utils/widget/SettingsItem.h"
+#include "utils/widget/TreeViewModel.h"
+
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QTest>
+#include <QToolTip>
+
+using namespace Qt::StringLiterals;
+
+class BackupTableTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void header_data();
+    void header();
+    void newestFirst();
+    void toolTip_data();
+    void toolTip();
+    void onlyAMarkedItemPaints();
+};
+
+void BackupTableTest::header_data()
+{
+    QTest::addColumn<int>("section");
+    QTest::addColumn<int>("role");
+    QTest::addColumn<QVariant>("data");
+    QTest::newRow("file") << 0 << int(Qt::DisplayRole) << QVariant(u"Backup File"_s);
+    QTest::newRow("time") << 1 << int(Qt::DisplayRole) << QVariant(u"Time"_s);
+    QTest::newRow("file, alignment") << 0 << int(Qt::TextAlignmentRole) << QVariant(129);
+    QTest::newRow("time, alignment") << 1 << int(Qt::TextAlignmentRole) << QVariant(129);
+    QTest::newRow("first order") << 1 << int(Qt::InitialSortOrderRole) << QVariant(1);
+    QTest::newRow("other role") << 0 << int(Qt::DecorationRole) << QVariant();
+    QTest::newRow("other section") << 2 << int(Qt::TextAlignmentRole) << QVariant();
+}
+
+void BackupTableTest::header()
+{
+    QFETCH(int, section);
+    QFETCH(int, role);
+    QFETCH(QVariant, data);
+    const TreeViewModel model;
+    QCOMPARE(model.headerData(section, Qt::Horizontal, role), data);
+}
+
+void BackupTableTest::newestFirst()
+{
+    TreeViewModel model;
+    BaseTableView table;
+    table.setModel(&model);
+    QCOMPARE(table.header()->sortIndicatorSection(), int(TreeViewModel::TimeColumn));
+    QCOMPARE(table.header()->sortIndicatorOrder(), Qt::DescendingOrder);
+    for (const char* day : {"2026/01/09", "2026/11/21", "2025/12/31"}) {
+        model.appendRow({new QStandardItem(u"/b"_s), new QStandardItem(QString::fromLatin1(day))});
+    }
+    Q_EMIT
+    model.itemsIsReady();
+    QStringList days;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        days.append(model.item(row, TreeViewModel::TimeColumn)->text());
+    }
+    QCOMPARE(days, (QStringList{u"2026/11/21"_s, u"2026/01/09"_s, u"2025/12/31"_s}));
+}
+
+void BackupTableTest::toolTip_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("spare"); // the cell's width beyond that of the text
+    QTest::addColumn<QString>("shown");
+    const QString name = u"/media/kestro/backup-1"_s;
+    QTest::newRow("fits exactly") << name << 0 << QString();
+    QTest::newRow("one pixel too narrow") << name << -1 << u"<div>/media/kestro/backup-1</div>"_s;
+    QTest::newRow("wide") << name << 100 << QString();
+    QTest::newRow("markup stays text") << u"/media/<b>x"_s << -5 << u"<div>/media/&lt;b&gt;x</div>"_s;
+}
+
+void BackupTableTest::toolTip()
+{
+    QFETCH(QString, text);
+    QFETCH(int, spare);
+    QFETCH(QString, shown);
+    TreeViewModel model;
+    model.appendRow({new QStandardItem(text), new QStandardItem(u"2026/01/01"_s)});
+    BaseTableView table;
+    table.setModel(&model);
+    table.show();
+    QToolTip::showText({5, 5}, u"left over"_s, &table);
+
+    QStyleOptionViewItem option;
+    const int width = QFontMetrics(table.font()).boundingRect({}, Qt::TextSingleLine, text).width();
+    option.rect = QRect(10, 0, width + spare, 30);
+    QHelpEvent help(QEvent::ToolTip, {12, 5}, {12, 5});
+    BaseItemDelegate delegate;
+    QVERIFY(delegate.helpEvent(&help, &table, option, model.index(0, 0)));
+    if (shown.isEmpty()) {
+        QTRY_VERIFY(!QToolTip::isVisible());
+    } else {
+        QCOMPARE(QToolTip::text(), shown);
+    }
+}
+
+void BackupTableTest::onlyAMarkedItemPaints()
+{
+    SettingsItem item(u"Row"_s);
+    QCOMPARE(item.accessibleName(), u"Row"_s);
+    item.resize(60, 40);
+    const auto center = [&item] {
+        QImage image(60, 40, QImage::Format_ARGB32);
+        image.fill(Qt::transparent);
+        item.render(&image, {}, {}, QWidget::DrawChildren);
+        return image.pixelColor(30, 20);
+    };
+    QCOMPARE(center().alpha(), 0);
+    item.setIsErr(true);
+    QCOMPARE(center().alpha(), 255);
+}
+
+int main(int argc, char** argv)
+{
+    VApplication app(argc, argv);
+    BackupTableTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_backuptable.moc"

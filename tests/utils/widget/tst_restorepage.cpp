@@ -1,0 +1,423 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/velk/VApplication.h"
+#include "platform/velk/VFileChooserEdit.h"
+#include "support/DialogAnswer.h"
+#include "support/FakePrograms.h"
+#include "support/LogCapture.h"
+#include "utils/widget/BaseTableView.h"
+#include "utils/widget/ErrorLabel.h"
+#include "utils/widget/TreeViewModel.h"
+#include "utils/widget/restorepage.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString initialBroken =
+    u"The initial backup file is broken, so your system cannot be reset to factory settings."_s;
+const QString backupInvalid = u"Backup file is invalid"_s;
+const QString encrypted =
+    u"The system contains encrypted partition, please decrypt it before using the backup and restore function."_s;
+
+void addRestorePoint(TreeViewModel* model, const QString& directory, const QString& uuid)
+{
+    auto* item = new QStandardItem(u"shown, not read"_s);
+    item->setData(directory, TreeViewModel::DirectoryRole);
+    item->setData(uuid, TreeViewModel::BackupUuidRole);
+    model->appendRow({item, new QStandardItem(u"2026/01/01"_s)});
+    Q_EMIT
+    model->itemsIsReady();
+}
+
+// A page as the window builds it, and what it asked for as text.
+struct Shown
+{
+    explicit Shown(bool haveInitBackup = true)
+    {
+        page.setHaveInitBackup(haveInitBackup);
+        page.initUI();
+        QObject::connect(&page, &RestorePage::requestTreeViewListItem, &page, [this](TreeViewModel* asked) {
+            ++listRequests;
+            model = asked;
+        });
+        const auto note = [this](const QString& text) { requests.append(text); };
+        QObject::connect(&page, &RestorePage::requestSystemRestore, &page, [this, note](bool formatData) {
+            waitingDuringRequest = !restoreButton()->isVisible();
+            note(formatData ? u"format"_s : u"keep"_s);
+        });
+        QObject::connect(&page, &RestorePage::requestManualRestore, &page, note);
+        QObject::connect(&page, &RestorePage::requestManualRestoreNew, &page,
+            [note](const QString& directory, const QString& uuid) { note(directory + u' ' + uuid); });
+        page.show();
+    }
+
+    [[nodiscard]] QPushButton* button(const QString& text) const
+    {
+        const auto buttons = page.findChildren<QPushButton*>();
+        const auto found = std::find_if(
+            buttons.cbegin(), buttons.cend(), [&text](const QPushButton* button) { return button->text() == text; });
+        return found == buttons.cend() ? nullptr : *found;
+    }
+    [[nodiscard]] QPushButton* restoreButton() const { return button(u"Restore Now"_s); }
+    [[nodiscard]] QPushButton* waitingButton() const { return button(u"Applying changes to your system..."_s); }
+    [[nodiscard]] QRadioButton* row(const QString& title) const
+    {
+        const auto rows = page.findChildren<QRadioButton*>();
+        const auto found = std::find_if(rows.cbegin(), rows.cend(),
+            [&title](const QRadioButton* radio) { return radio->accessibleName() == title; });
+        return found == rows.cend() ? nullptr : *found;
+    }
+    void choose(int option) const
+    {
+        const QString titles[] = {
+            u"Reset to factory settings"_s, u"Restore from backup files"_s, u"Restore from a restore point"_s};
+        row(titles[option])->click();
+    }
+    [[nodiscard]] QCheckBox* keepFiles() const { return page.findChild<QCheckBox*>(); }
+    [[nodiscard]] ErrorLabel* error() const { return page.findChild<ErrorLabel*>(); }
+    [[nodiscard]] QString errorText() const { return error()->isVisible() ? error()->text() : QString(); }
+
+    RestorePage page;
+    TreeViewModel* model = nullptr;
+    QStringList requests;
+    int listRequests = 0;
+    bool waitingDuringRequest = false;
+};
+
+} // namespace
+
+class RestorePageTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void systemRestore_data();
+    void systemRestore();
+    void backupFiles_data();
+    void backupFiles();
+    void restorePoint_data();
+    void restorePoint();
+    void errors_data();
+    void errors();
+    void rowsOffered_data();
+    void rowsOffered();
+    void encryptedSystemStaysUnusable();
+    void rebuiltRowIsCheckedAgain();
+    void ownerShowsAndHides();
+    void listIsRequestedOnce();
+    void keyboardReachesEverything();
+    void smallPageShowsItsButton();
+    void cancelling_data();
+    void cancelling();
+};
+
+void RestorePageTest::systemRestore_data()
+{
+    QTest::addColumn<bool>("keep");
+    QTest::addColumn<bool>("owner");
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QStringList>("requests");
+    QTest::newRow("keep, confirmed") << true << false << 1 << u"Keep Personal Files"_s << QStringList{u"keep"_s};
+    QTest::newRow("keep, cancelled") << true << false << 0 << u"Keep Personal Files"_s << QStringList{};
+    QTest::newRow("reset, confirmed") << false << true << 1 << u"Reset to Factory Settings"_s
+                                      << QStringList{u"format"_s};
+    QTest::newRow("reset, left with Escape") << false << false << -1 << u"Reset to Factory Settings"_s << QStringList{};
+}
+
+void RestorePageTest::systemRestore()
+{
+    QFETCH(bool, keep);
+    QFETCH(bool, owner);
+    QFETCH(int, answer);
+    QFETCH(QString, title);
+    QFETCH(QStringList, requests);
+    Shown shown;
+    shown.page.setOwnerFlag(owner);
+    QVERIFY(shown.keepFiles()->isChecked());
+    shown.keepFiles()->setChecked(keep);
+    DialogAnswer dialog(answer);
+    shown.restoreButton()->click();
+
+    QCOMPARE(dialog.dialogs, 1);
+    QCOMPARE(dialog.title, title);
+    QCOMPARE(dialog.message,
+        keep ? u"It will reset data on your system disk but keep your personal data. You need to create an account "
+               "with the same username as the current user so that you can access your personal data later. Please "
+               "confirm before proceeding."_s
+             : u"It will permanently clear data of all users on this device, please confirm before proceeding"_s);
+    QCOMPARE(dialog.confirmText, u"Confirm and Reset"_s);
+    QCOMPARE(dialog.bypassesWindowManager, owner);
+    QCOMPARE(shown.requests, requests);
+    QCOMPARE(shown.waitingButton()->isVisible(), !requests.isEmpty());
+    QCOMPARE(shown.restoreButton()->isVisible(), requests.isEmpty());
+    QVERIFY(!shown.waitingDuringRequest);
+}
+
+void RestorePageTest::backupFiles_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("requests");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("directory") << u"/media/kestro/b 1"_s << QStringList{u"/media/kestro/b 1"_s} << QString();
+    QTest::newRow("nothing") << QString() << QStringList{} << backupInvalid;
+}
+
+void RestorePageTest::backupFiles()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, requests);
+    QFETCH(QString, error);
+    Shown shown;
+    shown.choose(1);
+    shown.page.findChild<VFileChooserEdit*>()->setText(path);
+    shown.page.onManualRestoreErrorChanged(Utils::InvalidPath);
+    shown.restoreButton()->click();
+    QCOMPARE(shown.requests, requests);
+    QCOMPARE(shown.errorText(), error);
+    QCOMPARE(shown.waitingButton()->isVisible(), !requests.isEmpty());
+    QCOMPARE(shown.restoreButton()->isVisible(), requests.isEmpty());
+}
+
+void RestorePageTest::restorePoint_data()
+{
+    QTest::addColumn<QString>("directory");
+    QTest::addColumn<QString>("uuid");
+    QTest::addColumn<bool>("owner");
+    QTest::addColumn<QStringList>("requests");
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QStringList>("warnings");
+    const QStringList warning{u"CoverRestore backupUUID isEmpty"_s};
+    QTest::newRow("for the owner") << u"/b"_s << u"11-22"_s << true << QStringList{u"/b 11-22"_s} << QString()
+                                   << QStringList{};
+    QTest::newRow("without owner") << u"/b"_s << u"11-22"_s << false << QStringList{u"/b"_s} << QString()
+                                   << QStringList{};
+    QTest::newRow("no UUID") << u"/b"_s << QString() << true << QStringList{} << QString() << warning;
+    QTest::newRow("no path") << QString() << u"11-22"_s << true << QStringList{} << backupInvalid << QStringList{};
+    QTest::newRow("neither") << QString() << QString() << true << QStringList{} << QString() << warning;
+}
+
+void RestorePageTest::restorePoint()
+{
+    QFETCH(QString, directory);
+    QFETCH(QString, uuid);
+    QFETCH(bool, owner);
+    QFETCH(QStringList, requests);
+    QFETCH(QString, error);
+    QFETCH(QStringList, warnings);
+    Shown shown;
+    shown.page.setOwnerFlag(owner);
+    QVERIFY(!shown.row(u"Restore from a restore point"_s)->isEnabled());
+    addRestorePoint(shown.model, directory, uuid);
+    shown.choose(2);
+    auto* table = shown.page.findChild<BaseTableView*>();
+    // Whichever column was clicked.
+    table->setCurrentIndex(shown.model->index(0, TreeViewModel::TimeColumn));
+    const LogCapture log;
+    shown.restoreButton()->click();
+    QCOMPARE(shown.requests, requests);
+    QCOMPARE(shown.errorText(), error);
+    QCOMPARE(log.messages(QtWarningMsg), warnings);
+    QCOMPARE(shown.waitingButton()->isVisible(), !requests.isEmpty());
+}
+
+void RestorePageTest::errors_data()
+{
+    QTest::addColumn<int>("option");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("text");
+    for (int code = 0; code <= 9; ++code) {
+        const QString text = code == 3 ? u"Invalid path"_s
+            : code == 5                ? initialBroken
+            : code == 8                ? encrypted
+                                       : QString();
+        QTest::addRow("%d, system restore", code) << 0 << code << text;
+    }
+    QTest::newRow("5, backup files") << 1 << 5 << backupInvalid;
+}
+
+void RestorePageTest::errors()
+{
+    QFETCH(int, option);
+    QFETCH(int, code);
+    QFETCH(QString, text);
+    Shown shown;
+    shown.choose(option);
+    shown.page.onManualRestoreErrorChanged(Utils::InvalidPath);
+    shown.page.onManualRestoreErrorChanged(static_cast<Utils::ErrorType>(code));
+    QCOMPARE(shown.errorText(), text);
+}
+
+void RestorePageTest::rowsOffered_data()
+{
+    QTest::addColumn<bool>("restricted");
+    QTest::addColumn<bool>("haveInitBackup");
+    QTest::addColumn<bool>("systemRow"); // usable
+    QTest::addColumn<bool>("otherRows"); // shown
+    QTest::addColumn<bool>("button");
+    QTest::newRow("everything") << false << true << true << true << true;
+    QTest::newRow("no initial backup") << false << false << false << true << true;
+    QTest::newRow("restricted") << true << true << true << false << true;
+    QTest::newRow("restricted, no initial backup") << true << false << false << false << false;
+}
+
+void RestorePageTest::rowsOffered()
+{
+    QFETCH(bool, restricted);
+    QFETCH(bool, haveInitBackup);
+    QFETCH(bool, systemRow);
+    QFETCH(bool, otherRows);
+    QFETCH(bool, button);
+    Shown shown(haveInitBackup);
+    if (restricted) {
+        shown.page.restrictOffer();
+        shown.page.setHaveInitBackup(haveInitBackup);
+    }
+    QCoreApplication::processEvents();
+    auto* first = shown.row(u"Reset to factory settings"_s);
+    QVERIFY(first->isVisible());
+    QCOMPARE(first->isEnabled(), systemRow);
+    QCOMPARE(first->isChecked(), systemRow || restricted);
+    QCOMPARE(shown.keepFiles()->isEnabled(), systemRow);
+    QCOMPARE(shown.row(u"Restore from backup files"_s)->isVisible(), otherRows);
+    QCOMPARE(shown.row(u"Restore from a restore point"_s)->isVisible(), otherRows);
+    QCOMPARE(shown.restoreButton()->isVisible(), button);
+
+    const QString tip =
+        u"The initial backup file does not exist, so your system cannot be reset to factory settings."_s;
+    const auto labels = shown.page.findChildren<QLabel*>();
+    const bool tipShown = std::any_of(labels.cbegin(), labels.cend(),
+        [&tip](const QLabel* label) { return label->text() == tip && label->isVisible(); });
+    QCOMPARE(tipShown, !haveInitBackup);
+}
+
+void RestorePageTest::encryptedSystemStaysUnusable()
+{
+    Shown shown;
+    shown.page.onManualRestoreErrorChanged(Utils::EncryptedSystem);
+    shown.page.onManualRestoreErrorChanged(Utils::NoError);
+    shown.page.setHaveInitBackup(true);
+    QVERIFY(!shown.restoreButton()->isEnabled());
+    QVERIFY(!shown.row(u"Reset to factory settings"_s)->isEnabled());
+    QVERIFY(!shown.keepFiles()->isEnabled());
+}
+
+void RestorePageTest::rebuiltRowIsCheckedAgain()
+{
+    Shown shown;
+    shown.keepFiles()->setChecked(false);
+    shown.choose(1);
+    shown.page.restrictOffer();
+    shown.page.setHaveInitBackup(true);
+    QVERIFY(shown.row(u"Reset to factory settings"_s)->isChecked());
+    QVERIFY(shown.keepFiles()->isChecked());
+    DialogAnswer dialog(1);
+    shown.restoreButton()->click();
+    QCOMPARE(shown.requests, QStringList{u"keep"_s});
+}
+
+void RestorePageTest::ownerShowsAndHides()
+{
+    Shown shown;
+    shown.page.onRestoreButtonVisibleChanged(false);
+    QVERIFY(!shown.restoreButton()->isVisible());
+    shown.page.onRestoreButtonVisibleChanged(true);
+    QVERIFY(shown.restoreButton()->isVisible());
+    shown.page.onSystemRestoreItemVisibelChanged(false);
+    QVERIFY(!shown.row(u"Reset to factory settings"_s)->isVisible());
+    QVERIFY(shown.row(u"Restore from backup files"_s)->isChecked());
+    shown.page.onSystemRestoreItemVisibelChanged(true);
+    QVERIFY(shown.row(u"Reset to factory settings"_s)->isVisible());
+}
+
+void RestorePageTest::listIsRequestedOnce()
+{
+    Shown shown;
+    shown.page.hide();
+    shown.page.show();
+    QCOMPARE(shown.listRequests, 1);
+    QVERIFY(shown.model == shown.page.findChild<BaseTableView*>()->model());
+}
+
+void RestorePageTest::keyboardReachesEverything()
+{
+    Shown shown;
+    addRestorePoint(shown.model, u"/b"_s, u"11-22"_s);
+    shown.page.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&shown.page));
+    shown.row(u"Reset to factory settings"_s)->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_K, Qt::AltModifier);
+    QVERIFY(!shown.keepFiles()->isChecked()); // it never takes the focus itself
+    QCOMPARE(shown.keepFiles()->focusPolicy(), Qt::NoFocus);
+
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QVERIFY(shown.row(u"Restore from backup files"_s)->isChecked());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), shown.page.findChild<VFileChooserEdit*>()->lineEdit());
+    for (int i = 0; i < 4 && QApplication::focusWidget() != shown.restoreButton(); ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(QApplication::focusWidget(), shown.restoreButton());
+    shown.page.findChild<VFileChooserEdit*>()->setText(u"/b"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QCOMPARE(shown.requests, QStringList{u"/b"_s});
+    QCOMPARE(QApplication::focusWidget(), &shown.page);
+}
+
+void RestorePageTest::smallPageShowsItsButton()
+{
+    Shown shown(false);
+    shown.page.resize(400, 300);
+    QCoreApplication::processEvents();
+    const QRect button(shown.restoreButton()->mapTo(&shown.page, QPoint()), shown.restoreButton()->size());
+    QVERIFY(shown.page.height() <= 300);
+    QVERIFY(shown.page.rect().contains(button));
+}
+
+void RestorePageTest::cancelling_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<QString>("log");
+    QTest::newRow("reboots") << 1 << QStringList{u"systemctl reboot"_s}
+                             << u", RestorePage::onCancelRestore reboot now"_s;
+    QTest::newRow("cancels") << 0 << QStringList{u"pkexec /bin/kestro-recovery-tool -a cancel_restore"_s}
+                             << u"doCancelRestore, exitCode: 7 , args:  "
+                                "QList(\"/bin/kestro-recovery-tool\", \"-a\", \"cancel_restore\") , error:  \"no\""_s;
+}
+
+void RestorePageTest::cancelling()
+{
+    QFETCH(int, answer);
+    QFETCH(QStringList, calls);
+    QFETCH(QString, log);
+    FakePrograms programs;
+    programs.reply({u"systemctl"_s, u"reboot"_s});
+    programs.reply({u"pkexec"_s}, FakePrograms::Reply{.err = "no", .exitCode = 7});
+    Shown shown;
+    DialogAnswer dialog(answer);
+    const LogCapture lines;
+    shown.page.onCancelRestore();
+    QCOMPARE(dialog.message, u"System restore is ready. Do you want to reboot and restore your system now?"_s);
+    QCOMPARE(dialog.confirmText, u"Reboot and Restore"_s);
+    QCOMPARE(programs.callLines(), calls);
+    QCOMPARE(lines.messages(QtDebugMsg), QStringList{log});
+    if (answer == 0) {
+        QCOMPARE(shown.page.doCancelRestore(), 7);
+    }
+}
+
+int main(int argc, char** argv)
+{
+    VApplication app(argc, argv);
+    RestorePageTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_restorepage.moc"
