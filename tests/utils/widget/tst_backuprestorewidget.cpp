@@ -133,10 +133,10 @@ void BackupRestoreWidgetTest::tilesAreButtons()
     QVERIFY(interface->state().focusable);
 
     QCOMPARE(int(tile.backgroundType()), 1);
-    QHoverEvent enter(QEvent::HoverEnter, QPointF(5, 5), QPointF(-1, -1));
+    QHoverEvent enter(QEvent::HoverEnter, QPointF(5, 5), QPointF(5, 5), QPointF(-1, -1));
     QCoreApplication::sendEvent(&tile, &enter);
     QCOMPARE(int(tile.backgroundType()), 11);
-    QHoverEvent leave(QEvent::HoverLeave, QPointF(-1, -1), QPointF(5, 5));
+    QHoverEvent leave(QEvent::HoverLeave, QPointF(-1, -1), QPointF(-1, -1), QPointF(5, 5));
     QCoreApplication::sendEvent(&tile, &leave);
     QCOMPARE(int(tile.backgroundType()), 1);
 
