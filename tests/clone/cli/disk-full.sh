@@ -4,12 +4,7 @@
 # A disk that fills up at any point: one line, soon, no image that counts as good, and the space comes back.
 levels=5
 [ "${KESTRO_LONG:-0}" = 0 ] || levels=20
-device source 64M
-mkfs.ext4 -q "$source"
-head -c 20000000 /dev/urandom >noise
-mounted "$source" m
-cp noise m/
-umount m
+noisy_source 64M 20000000
 kc --tui "$source" a.kim
 whole=$(($(stat -c %s a.kim) / 1024))
 wrong=0

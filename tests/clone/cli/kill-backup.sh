@@ -4,12 +4,7 @@
 # Killed at a random moment, a backup leaves an image that is good or one that nobody takes for good.
 rounds=8
 [ "${KESTRO_LONG:-0}" = 0 ] || rounds=50
-device source 96M
-mkfs.ext4 -q "$source"
-head -c 60000000 /dev/urandom >noise
-mounted "$source" m
-cp noise m/
-umount m
+noisy_source 96M 60000000
 begin=$(date +%s%N)
 "$KESTRO_CLONE" --tui "$source" a.kim >/dev/null
 took=$((($(date +%s%N) - begin) / 1000))

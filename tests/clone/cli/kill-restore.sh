@@ -4,13 +4,8 @@
 # Killed at a random moment, a restore leaves a device that is whole or one that looks like nothing.
 rounds=6
 [ "${KESTRO_LONG:-0}" = 0 ] || rounds=50
-device source 96M
+noisy_source 96M 60000000
 device target 96M
-mkfs.ext4 -q "$source"
-head -c 60000000 /dev/urandom >noise
-mounted "$source" m
-cp noise m/
-umount m
 kc --tui "$source" a.kim
 mkfs.xfs -q -f "$target" 2>/dev/null || mkfs.ext4 -q -F -L old "$target"
 bad=0

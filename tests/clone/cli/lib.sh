@@ -116,6 +116,49 @@ round_trip() {
     kc --tui a.kim "$2"
 }
 
+# same_after MOUNT-OPTIONS CHECK…: fills the device $source, takes it to the device $target and compares file by file.
+same_after() {
+    local options=$1
+    shift
+    mounted "$source" m
+    fill m
+    listing m >before
+    umount m
+    round_trip "$source" "$target"
+    reader
+    "$@" "$target" >/dev/null 2>&1 && echo clean
+    # Apart from its source: the same file system may not be mounted twice.
+    losetup -d "$source"
+    mounted "$target" m "$options"
+    listing m | diff before - && echo identical
+}
+
+# noisy_source SIZE BYTES: an ext4 device $source that holds so many random bytes.
+noisy_source() {
+    device source "$1"
+    mkfs.ext4 -q "$source"
+    mounted "$source" m
+    head -c "$2" /dev/urandom >m/noise
+    umount m
+}
+
+# parts_listing DEVICE NUMBERS OPTIONS: checks, fills when it may write, and lists the ext file systems of partitions.
+parts_listing() {
+    local part node
+    for part in $2; do
+        node=$(losetup -f --show -o "$(($(partx -go START -n "$part" "$1") * 512))" \
+            --sizelimit "$(($(partx -go SECTORS -n "$part" "$1") * 512))" "$1")
+        loops+=("$node")
+        names+=("part$part")
+        e2fsck -fn "$node" >/dev/null 2>&1 && echo clean
+        mounted "$node" m "$3"
+        [ "$3" = ro ] || fill m
+        listing m
+        umount m
+        losetup -d "$node"
+    done
+}
+
 # reader: who found the used blocks of a.kim.
 reader() {
     "$KESTRO_CLONE" --kim-info --json a.kim | python3 -c '
@@ -124,6 +167,9 @@ for part in json.load(sys.stdin)["parts"]:
     print(part["partition"], part["type"] or "-", part["label"] or "-", part["reader"])'
 }
 
+# The functions above use devices that cases name.
+source=
+target=
 cd -- "$T"
 # shellcheck source=/dev/null
 . "$KESTRO_CLONE_CASE"
