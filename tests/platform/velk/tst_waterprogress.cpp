@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/velk/VApplication.h"
-#include "platform/velk/VPalette.h"
+#include "platform/velk/VStyle.h"
 #include "platform/velk/VWaterProgress.h"
 
 #include <QAccessible>
@@ -112,7 +112,6 @@ void WaterProgressTest::movesOnlyWhileSeen()
 
 void WaterProgressTest::standsStillWhenMotionIsUnwanted()
 {
-    const QString former = QApplication::style()->objectName();
     QApplication::setStyle(new StillStyle);
     {
         VWaterProgress progress;
@@ -122,7 +121,7 @@ void WaterProgressTest::standsStillWhenMotionIsUnwanted()
         progress.setValue(100);
         QVERIFY(waterShare(progress) > 0.6);
     }
-    QApplication::setStyle(former);
+    QApplication::setStyle(new VStyle);
 }
 
 void WaterProgressTest::levelGlidesToTheValue()
