@@ -15,9 +15,7 @@ at=$(grep -abo 'KESTRO-MARK-OF-A-BLOCK' damaged.disk | head -n 1 | cut -d: -f1)
 flip damaged.disk "$((at + 100))"
 blockdev --flushbufs "$damaged"
 mounted "$damaged" d
-bad=$(losetup -f --show d/disk)
-loops+=("$bad")
-names+=(bad)
+attach bad d/disk
 kc --tui "$bad" a.kim
 kc --kim-info a.kim
 kc --rescue --tui "$bad" a.kim
@@ -31,16 +29,14 @@ is_poison "$target" && echo untouched
 kc --tui --rescue a.kim "$target"
 dd if=/dev/zero of=content bs=4096 seek=5000 count=1 conv=notrunc status=none
 cmp "$target" content && echo "identical but for the hole"
-losetup -d "$bad"
+detach "$bad"
 umount d
 # Writing fails.
 device full 24M
 mkfs.ext4 -q -m 0 "$full"
 mounted "$full" f
 truncate -s 40M f/disk
-small=$(losetup -f --show f/disk)
-loops+=("$small")
-names+=(small)
+attach small f/disk
 rm a.kim
 device source 40M
 head -c 40M /dev/urandom >"$source"
@@ -50,4 +46,4 @@ timeout 20 "$KESTRO_CLONE" --tui a.kim "$small" >/dev/null 2>err || status=$?
 echo "$status, $(wc -l <err) line"
 grep -oE 'no space left|cannot (write|make)' err
 [ -z "$(blkid -p "$small")" ] && echo "looks like nothing"
-losetup -d "$small"
+detach "$small"

@@ -8,13 +8,15 @@ T=$(mktemp -d "${TMPDIR:-/tmp}/kestro-clone-case.XXXXXX")
 loops=()
 names=()
 mounts=()
+# Only what is still attached is detached at the end: a number that was given back may be somebody else's by then.
+declare -A attached=()
 
 clean_up() {
     local item
     for ((item = ${#mounts[@]} - 1; item >= 0; item--)); do
         umount -q -- "${mounts[item]}" 2>/dev/null || true
     done
-    for item in "${loops[@]}"; do losetup -d "$item" 2>/dev/null || true; done
+    for item in "${!attached[@]}"; do losetup -d "$item" 2>/dev/null || true; done
     rm -rf --one-file-system -- "$T"
 }
 trap clean_up EXIT
@@ -28,13 +30,27 @@ same_every_time() {
 
 # device NAME SIZE [LOSETUP OPTIONS…]: a loop device over a new sparse file, in the variable NAME.
 device() {
-    local name=$1 size=$2 node
+    local name=$1 size=$2
     shift 2
     truncate -s "$size" "$T/$name.disk"
-    node=$(losetup "$@" -f --show "$T/$name.disk")
+    attach "$name" "$@" "$T/$name.disk"
+}
+
+# attach NAME LOSETUP-ARGUMENTS…: a loop device in the variable NAME.
+attach() {
+    local name=$1 node
+    shift
+    node=$(losetup -f --show "$@")
+    attached[$node]=1
     loops+=("$node")
     names+=("$name")
     printf -v "$name" %s "$node"
+}
+
+# detach NODE: ends a loop device before the end of the case.
+detach() {
+    losetup -d "$1"
+    unset "attached[$1]"
 }
 
 # poison DEVICE: fills it with 0xA5.
@@ -128,7 +144,7 @@ same_after() {
     reader
     "$@" "$target" >/dev/null 2>&1 && echo clean
     # Apart from its source: the same file system may not be mounted twice.
-    losetup -d "$source"
+    detach "$source"
     mounted "$target" m "$options"
     listing m | diff before - && echo identical
 }
@@ -144,18 +160,16 @@ noisy_source() {
 
 # parts_listing DEVICE NUMBERS OPTIONS: checks, fills when it may write, and lists the ext file systems of partitions.
 parts_listing() {
-    local part node
+    local part partition
     for part in $2; do
-        node=$(losetup -f --show -o "$(($(partx -go START -n "$part" "$1") * 512))" \
-            --sizelimit "$(($(partx -go SECTORS -n "$part" "$1") * 512))" "$1")
-        loops+=("$node")
-        names+=("part$part")
-        e2fsck -fn "$node" >/dev/null 2>&1 && echo clean
-        mounted "$node" m "$3"
+        attach partition -o "$(($(partx -go START -n "$part" "$1") * 512))" \
+            --sizelimit "$(($(partx -go SECTORS -n "$part" "$1") * 512))" "$1"
+        e2fsck -fn "$partition" >/dev/null 2>&1 && echo clean
+        mounted "$partition" m "$3"
         [ "$3" = ro ] || fill m
         listing m
         umount m
-        losetup -d "$node"
+        detach "$partition"
     done
 }
 
