@@ -5,7 +5,7 @@ import typing
 
 from ..machine import SIZES, TARGET
 from .backup import backup, backup_too_small
-from .reset import factory_reset, keep_files
+from .reset import factory_reset, keep_files, live
 from .restore import restore, restore_refused
 from .story import Lab
 
@@ -23,4 +23,5 @@ SCENARIOS = {
     "restore-refused": Scenario(restore_refused, target_size=256),
     "factory-reset": Scenario(factory_reset),
     "keep-files": Scenario(keep_files),
+    "live": Scenario(live),
 }

@@ -2,6 +2,7 @@
 """What every scenario works with: the machine, the findings, and one start of the machine."""
 import dataclasses
 import pathlib
+import typing
 
 from ..checks import Checks
 from ..machine import Machine
@@ -17,9 +18,13 @@ class Lab:
 
     def start_machine(self, auto_reboot: bool = False) -> "Outcome":
         """One start with a pending task, up to its end page."""
+        return self.use_machine(lambda program: program.watch_task(auto_reboot))
+
+    def use_machine(self, use: typing.Callable[[ProgramRun], bool]) -> "Outcome":
+        """One start; USE does what a person would do, and tells whether the task succeeded."""
         earlier = len(self.calls())
         with Services(self.machine, self.workspace) as services, ProgramRun(services, self.workspace) as program:
-            succeeded = program.watch_task(auto_reboot)
+            succeeded = use(program)
         return Outcome(succeeded, program.lines, self.calls()[earlier:])
 
     def calls(self) -> list[str]:
