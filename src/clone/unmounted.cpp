@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <sstream>
+#include <system_error>
 #include <utility>
 
 #include <sys/mount.h>
@@ -37,6 +39,9 @@ std::string plainOptions(const Mount& mount)
 
 bool mountOnce(const Mount& mount)
 {
+    // udisksd removes a mount point's folder that it made as soon as nothing is mounted there.
+    std::error_code ignored;
+    std::filesystem::create_directories(mount.target, ignored);
     const std::vector<std::vector<std::string>> attempts{
         {"mount", "-t", mount.type, "-o", plainOptions(mount), mount.source, mount.target},
         // The image may hold another file system than the one that was there, with other options.
