@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "partitionusage.h"
 
+#include "utils/core/blockcounttools.h"
 #include "utils/core/command.h"
 #include "utils/core/devicepath.h"
 #include "utils/core/swaptable.h"
@@ -30,63 +31,11 @@ namespace {
 
 using Reader = std::optional<FsUsage> (*)(const QString& path);
 
-/// A tool that prints block size, blocks and free blocks, with a sample of each line above its pattern.
-struct BlockCountTool
-{
-    QString program;
-    QStringList options;
-    BlockCountPatterns patterns;
-};
-
 std::optional<FsUsage> readBlockCounts(const BlockCountTool& tool, const QString& path)
 {
     QString output;
     return SpawnCmd(tool.program, tool.options + QStringList{path}, output) ? parseBlockCounts(output, tool.patterns)
                                                                             : std::nullopt;
-}
-
-std::optional<FsUsage> readExt(const QString& path)
-{
-    // "Block count:              81920", where "Reserved block count:" is another
-    return readBlockCounts(
-        {u"dumpe2fs"_s, {u"-h"_s},
-            {uR"(^Block size:\s+(\d+))"_s, uR"(^Block count:\s+(\d+))"_s, uR"(^Free blocks:\s+(\d+))"_s}},
-        path);
-}
-
-std::optional<FsUsage> readNtfs(const QString& path)
-{
-    // "	Free Clusters: 81395 (99.4%)"
-    return readBlockCounts({u"ntfsinfo"_s, {u"-mf"_s},
-                               {uR"(^\s*Cluster Size:\s+(\d+))"_s, uR"(^\s*Volume Size in Clusters:\s+(\d+))"_s,
-                                   uR"(^\s*Free Clusters:\s+(\d+))"_s}},
-        path);
-}
-
-std::optional<FsUsage> readXfs(const QString& path)
-{
-    // "dblocks = 81920", where "fdblocks = 65504" is another
-    return readBlockCounts(
-        {u"xfs_db"_s, {u"-c sb"_s, u"-c print"_s, u"-r"_s},
-            {uR"(^blocksize\s*=\s*(\d+))"_s, uR"(^dblocks\s*=\s*(\d+))"_s, uR"(^fdblocks\s*=\s*(\d+))"_s}},
-        path);
-}
-
-std::optional<FsUsage> readReiser4(const QString& path)
-{
-    // "blocks:		81920", where "free blocks:	81892" is another
-    return readBlockCounts({u"debugfs.reiser4"_s, {u"--force"_s, u"--yes"_s},
-                               {uR"(^blksize:\s*(\d+))"_s, uR"(^blocks:\s*(\d+))"_s, uR"(^free blocks:\s*(\d+))"_s}},
-        path);
-}
-
-std::optional<FsUsage> readReiserfs(const QString& path)
-{
-    // "Free blocks (count of blocks - used [journal, bitmaps, data, reserved] blocks): 73706"
-    return readBlockCounts({u"debugreiserfs"_s, {u"-d"_s},
-                               {uR"(^Blocksize:\s*(\d+))"_s, uR"(^Count of blocks on the device:\s*(\d+))"_s,
-                                   uR"(^Free blocks \(count of blocks[^:\n]*:\s*(\d+))"_s}},
-        path);
 }
 
 std::optional<FsUsage> readBtrfs(const QString& path)
@@ -107,10 +56,7 @@ std::optional<FsUsage> readJfs(const QString& path)
     if (!SpawnCmd(u"/bin/bash"_s, {u"-c"_s, pipeline}, output)) {
         return std::nullopt;
     }
-    // "[1] dn_mapsize:		0x00000013dca	[9] dn_agheigth:	0"
-    return parseBlockCounts(output,
-        {uR"(^Aggregate Block Size:\s*(\d+))"_s, uR"(^\[1\] dn_mapsize:\s*([^\s]+))"_s,
-            uR"(^\[2\] dn_nfree:\s*([^\s]+))"_s});
+    return parseBlockCounts(output, jfsPatterns());
 }
 
 std::optional<FsUsage> readNilfs(const QString& path)
@@ -128,6 +74,7 @@ std::optional<FsUsage> readSwap(const QString& path)
     return entry == entries.cend() ? FsUsage{} : FsUsage{entry->size, entry->size - entry->used};
 }
 
+/// Types whose tools print something else than three numbers each.
 constexpr struct
 {
     FsType type;
@@ -138,23 +85,24 @@ constexpr struct
     {FsType::Fat16, ReadFat16Usage},
     {FsType::Fat32, ReadFat16Usage},
     {FsType::Vfat, ReadFat16Usage},
-    {FsType::Ext2, readExt},
-    {FsType::Ext3, readExt},
-    {FsType::Ext4, readExt},
     {FsType::Jfs, readJfs},
     {FsType::LinuxSwap, readSwap},
     {FsType::Nilfs2, readNilfs},
-    {FsType::Ntfs, readNtfs},
-    {FsType::Reiser4, readReiser4},
-    {FsType::Reiserfs, readReiserfs},
-    {FsType::Xfs, readXfs},
 };
 
 std::optional<FsUsage> readUsage(const QString& path, FsType type)
 {
-    const auto* const row = std::find_if(
-        std::begin(readers), std::end(readers), [type](const auto& reader) { return reader.type == type; });
-    return row == std::end(readers) ? std::nullopt : row->read(path);
+    for (const auto& row : readers) {
+        if (row.type == type) {
+            return row.read(path);
+        }
+    }
+    for (const BlockCountTool& tool : blockCountTools()) {
+        if (tool.types.contains(type)) {
+            return readBlockCounts(tool, path);
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace
