@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>اختيار</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>قرص النظام</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

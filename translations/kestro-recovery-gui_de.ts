@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>Auswählen</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>Systemdatenträger</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

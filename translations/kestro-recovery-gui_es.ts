@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>Elegir</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>Disco del sistema</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>Choisir</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>Disque système</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

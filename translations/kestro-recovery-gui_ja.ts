@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>選択</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>システムディスク</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>선택</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>시스템 디스크</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>Escolher</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>Disco do sistema</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>Выбрать</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>Системный диск</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

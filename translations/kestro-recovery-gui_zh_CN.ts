@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>选择</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>系统盘</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

@@ -108,6 +108,10 @@
         <source>Choose</source>
         <translation>選擇</translation>
     </message>
+    <message>
+        <source>System disk</source>
+        <translation>系統磁碟</translation>
+    </message>
 </context>
 <context>
     <name>ErrorType</name>

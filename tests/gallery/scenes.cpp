@@ -244,7 +244,7 @@ QWidget* typeScale()
     auto* layout = new QVBoxLayout(column);
     layout->setContentsMargins(32, 0, 32, 32);
     for (int size = VFontSizeManager::T1; size < VFontSizeManager::NSizeTypes; ++size) {
-        auto* label = new VLabel(u"T%1 Restore your system, 恢复系统, استعادة النظام"_s.arg(size + 1));
+        auto* label = new VLabel(u"T%1 Restore, 恢复系统, استعادة"_s.arg(size + 1));
         VFontSizeManager::instance()->bind(label, static_cast<VFontSizeManager::SizeType>(size));
         layout->addWidget(label);
     }

@@ -38,7 +38,7 @@ struct LiveWindow
         ApplicationProperties::setAutoRestart(false);
         ApplicationProperties::setLogFile(u"/home/kestro/kestro-recovery-gui.log"_s);
         machine.allowFileCommands();
-        for (const QString& program : {u"lsblk"_s, u"blkid"_s, u"dmsetup"_s, u"ls"_s, u"reboot"_s}) {
+        for (const QString& program : {u"lsblk"_s, u"blkid"_s, u"dmsetup"_s, u"df"_s, u"ls"_s, u"reboot"_s}) {
             machine.programs.reply({program});
         }
     }
