@@ -45,6 +45,7 @@ EndPage::EndPage(int state, QWidget* parent)
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_message->setWordWrap(true);
     m_message->setAlignment(Qt::AlignHCenter);
+    m_message->setContentsMargins(60, 0, 60, 0);
     m_button->setFixedSize(220, 40);
     m_button->setAutoDefault(true);
     connect(m_button, &QPushButton::clicked, this, &EndPage::onButtonClicked);
