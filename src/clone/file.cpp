@@ -5,6 +5,7 @@
 #include "clone/humansize.h"
 
 #include <chrono>
+#include <algorithm>
 #include <filesystem>
 #include <thread>
 #include <utility>
@@ -204,16 +205,16 @@ void syncDirectoryOf(const std::string& path)
 std::optional<std::string> contentOf(const std::string& path, std::size_t limit)
 {
     const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK), path);
-    std::string content(limit, '\0');
-    std::size_t used = 0;
+    std::string content;
+    std::vector<char> part(64U << 10U);
     ssize_t got = -1;
-    while (file.isOpen() && used < limit && (got = ::read(file.fd(), content.data() + used, limit - used)) > 0) {
-        used += static_cast<std::size_t>(got);
+    while (file.isOpen() && content.size() < limit
+        && (got = ::read(file.fd(), part.data(), std::min(part.size(), limit - content.size()))) > 0) {
+        content.append(part.data(), static_cast<std::size_t>(got));
     }
     if (!file.isOpen() || got < 0) {
         return std::nullopt;
     }
-    content.resize(used);
     return content;
 }
 
