@@ -135,6 +135,8 @@ ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readError
         metadata.holes = reading.holes.inDeviceOrder(source.device.size);
         destination.writer.writeIndex(index, metadata);
         checkWritten(image.file(), destination, index);
+        // A small image is done before the next line of progress would have noticed.
+        progress.stopWithoutReader();
         throwIfInterrupted();
         destination.writer.commit();
     } catch (...) {

@@ -96,6 +96,15 @@ void Progress::add(std::uint64_t bytes)
     m_done += bytes;
 }
 
+void Progress::stopWithoutReader() const
+{
+    pollfd descriptor{STDOUT_FILENO, POLLOUT, 0};
+    const bool isGone = ::poll(&descriptor, 1, 0) > 0 && (descriptor.revents & (POLLERR | POLLNVAL)) != 0;
+    if (isGone && m_whenAlone == WhenAlone::Stop) {
+        requestStop();
+    }
+}
+
 void Progress::run()
 {
     std::unique_lock lock(m_mutex);

@@ -53,6 +53,8 @@ public:
     void nextPhase(std::uint64_t total);
     /// So many bytes of the phase are done; from any thread.
     void add(std::uint64_t bytes);
+    /// Asks the run to stop when nobody reads the progress any more and the run must not go on alone.
+    void stopWithoutReader() const;
     /// Everything is done and checked: prints the last line. Throws WriteError when it cannot be written and the run
     /// must not go on alone.
     void finish(const std::string& sentence);
