@@ -30,7 +30,10 @@ constexpr qint64 mebibyte = 1048576;
 /// Runs a script with the device in $1. @return what it printed; null when it failed
 QString runScript(const QString& script, const QString& device)
 {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"PATH"_s, u"/usr/sbin:/usr/bin:/sbin:/bin"_s); // never the fakes
     QProcess process;
+    process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     // The script is the test's own and needs the real tools, whatever is faked for the product.
     auto environment = QProcessEnvironment::systemEnvironment();
