@@ -24,28 +24,32 @@ BackupTask::BackupTask(const QJsonArray& tasks, const int& actionType, QObject* 
     , m_actionType(actionType)
 {
     setTasks(tasks);
-    if (m_actionType == manualBackup)
+    if (m_actionType == manualBackup) {
         unmountDeviceFromUUID(m_dataUUID);
+    }
     start();
     connect(this, &Task::taskFinished, this, &BackupTask::verifyImages);
 }
 
 void BackupTask::setTasks(const QJsonArray& tasks)
 {
-    for (const QJsonValue& value : tasks) {
+    for (const auto& value : tasks) {
         const QString command = value[u"command"_s].toString();
         const bool isDirectory = command == "create-backup-directory"_L1;
-        if (!isDirectory && command != "create-backup-image"_L1)
+        if (!isDirectory && command != "create-backup-image"_L1) {
             continue;
-        if (isDirectory)
+        }
+        if (isDirectory) {
             qDebug() << "set opt and var directory backup!";
+        }
         const std::optional<BackupElement> element = parseBackupElement(value[u"args"_s].toArray());
-        if (!element)
+        if (!element) {
             qDebug() << "args size is empty or less 3";
-        else if (isDirectory)
+        } else if (isDirectory) {
             addDirectoryBackup(*element);
-        else
+        } else {
             addImageBackup(*element);
+        }
     }
     checkJobs();
 }
@@ -62,15 +66,17 @@ void BackupTask::addImageBackup(const BackupElement& element)
         qDebug() << "to path is empty";
         return;
     }
-    if (m_backupDir.isEmpty())
+    if (m_backupDir.isEmpty()) {
         m_backupDir = directory;
+    }
     carryOut(planImage(source, directory, element.imageName));
 }
 
 ImageSource BackupTask::imageSource(const QString& uuid) const
 {
-    if (m_actionType == systemBackup)
+    if (m_actionType == systemBackup) {
         return {devicePathFromUUID(uuid), "UUID="_L1 + uuid};
+    }
     const auto [drive, device] = diskFromUUID(uuid);
     // An image of a disk without a drive identifier could never be restored: its record would name nothing.
     return {drive.isEmpty() ? QString() : device, "DiskDrive="_L1 + drive};
@@ -78,8 +84,9 @@ ImageSource BackupTask::imageSource(const QString& uuid) const
 
 QString BackupTask::mountedDirectory(const BackupElement& element) const
 {
-    if (leadsUpwards(element.directory) || leadsUpwards(element.imageName))
+    if (leadsUpwards(element.directory) || leadsUpwards(element.imageName)) {
         return {};
+    }
     const QString mountPoint = mountDeviceFromUUID(element.targetUuid);
     return mountPoint.isEmpty() ? QString() : targetDirectory(mountPoint, element.directory);
 }
@@ -87,10 +94,11 @@ QString BackupTask::mountedDirectory(const BackupElement& element) const
 void BackupTask::addDirectoryBackup(const BackupElement& element)
 {
     const QString directory = mountedDirectory(element);
-    if (directory.isEmpty())
+    if (directory.isEmpty()) {
         qDebug() << "to path is empty";
-    else
+    } else {
         backupOptAndVar(element.sourceUuid, directory);
+    }
 }
 
 void BackupTask::backupOptAndVar(const QString& sourceUuid, const QString& backupDirectory)
@@ -100,8 +108,9 @@ void BackupTask::backupOptAndVar(const QString& sourceUuid, const QString& backu
         qDebug() << "from path is empty";
         return;
     }
-    for (const QString& name : {u"opt"_s, u"var"_s})
+    for (const QString& name : {u"opt"_s, u"var"_s}) {
         backupDataDirectory(mountPoint, sourceUuid, backupDirectory, name);
+    }
 }
 
 void BackupTask::backupDataDirectory(
@@ -112,8 +121,9 @@ void BackupTask::backupDataDirectory(
 
 void BackupTask::carryOut(const BackupPlan& plan)
 {
-    for (const Command& command : plan.preparations)
+    for (const Command& command : plan.preparations) {
         SpawnCmd(command.program, command.args);
+    }
     addJob(plan.job.from, plan.job.to, plan.job.type);
 }
 

@@ -30,8 +30,9 @@ std::optional<QByteArray> takeFile(const QString& fileName)
     const QFileInfo info(fileName);
     QFile file(fileName);
     const bool isOrdinary = info.isFile() && !info.isSymLink();
-    if (!isOrdinary || !file.open(QIODevice::ReadOnly))
+    if (!isOrdinary || !file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
+    }
     const QByteArray content = file.readAll();
     file.remove();
     return content;
@@ -45,11 +46,13 @@ bool ManualRestoreTask::fetchImageRecord(const QString& filePath)
     QString error;
     const bool succeeded = SpawnCmd(u"sudo"_s, {u"kestro-clone"_s, u"--kim-info"_s, filePath}, description, error);
     constexpr auto invalid = "invalid file"_L1;
-    if (!succeeded || description.contains(invalid) || error.contains(invalid))
+    if (!succeeded || description.contains(invalid) || error.contains(invalid)) {
         return false;
+    }
     const std::optional<ImageRecord::Line> line = ImageRecord::parseLine(description);
-    if (!line)
+    if (!line) {
         return fetchDiskInfo(filePath);
+    }
     if (line->isDiskDrive) {
         m_diskDrive = line->value;
         qDebug() << "disk driver : " << m_diskDrive;
@@ -62,15 +65,17 @@ bool ManualRestoreTask::fetchImageRecord(const QString& filePath)
 
 bool ManualRestoreTask::fetchDiskInfo(const QString& filePath)
 {
-    if (!removeFormer(m_diskInfoName))
+    if (!removeFormer(m_diskInfoName)) {
         return false;
+    }
     const QString customFile = u"kim://%1/%2"_s.arg(filePath, m_diskInfoName);
     const bool succeeded =
         SpawnCmd(u"sudo"_s, {u"kestro-clone"_s, u"--read-custom-file"_s, customFile, m_diskInfoName});
     const std::optional<QByteArray> text = takeFile(m_diskInfoName);
     const std::optional<ImageRecord::Values> record = text && succeeded ? ImageRecord::parseFile(*text) : std::nullopt;
-    if (!record)
+    if (!record) {
         return false;
+    }
     m_diskDrive = record->diskDrive;
     m_uuid = record->uuid;
     m_version = record->version;

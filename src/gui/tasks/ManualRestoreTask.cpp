@@ -38,12 +38,14 @@ ManualRestoreTask::ManualRestoreTask(const QString& fromPath, QObject* parent)
 
 void ManualRestoreTask::setTasks(const QJsonArray& tasks)
 {
-    for (const QJsonValue& task : tasks) {
+    for (const auto& task : tasks) {
         // A restore that will never run must not make room for itself.
-        if (isFailed())
+        if (isFailed()) {
             break;
-        if (task[u"command"_s].toString() != "restore-partitions"_L1)
+        }
+        if (task[u"command"_s].toString() != "restore-partitions"_L1) {
             continue;
+        }
         const QJsonArray args = task[u"args"_s].toArray();
         const QString directory = args[1].toString();
         const QString mountPoint = mountDeviceFromUUID(uuidOfArgument(args[0].toString()));
@@ -63,18 +65,21 @@ void ManualRestoreTask::setJobs(const QString& fromPath)
     directory.setFilter(QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot);
     // An empty path would be the working directory.
     const bool exists = !fromPath.isEmpty() && directory.exists();
-    if (!exists)
+    if (!exists) {
         qDebug() << "dir is not exist : " << fromPath;
+    }
     for (const QString& name : exists ? directory.entryList({u"*.kim"_s}) : QStringList()) {
         const QString filePath = directory.path() + u'/' + name;
         qDebug() << "filePath:" << filePath;
-        if (!addImage(filePath))
+        if (!addImage(filePath)) {
             return;
+        }
     }
-    if (m_diskDrive.isEmpty())
+    if (m_diskDrive.isEmpty()) {
         addArchives(directory.path(), exists ? directory.entryList({u"*.tar"_s}) : QStringList());
-    else
+    } else {
         unmountDrive();
+    }
 }
 
 bool ManualRestoreTask::addImage(const QString& filePath)
@@ -89,8 +94,9 @@ bool ManualRestoreTask::addImage(const QString& filePath)
         setError(tr("Your system version does not match the backup file, please update the system and restore again"));
         return false;
     }
-    if ((m_diskDrive.isEmpty() || addDiskImage(filePath)) && (m_uuid.isEmpty() || addPartitionImage(filePath)))
+    if ((m_diskDrive.isEmpty() || addDiskImage(filePath)) && (m_uuid.isEmpty() || addPartitionImage(filePath))) {
         return true;
+    }
     refuseMismatch();
     return false;
 }
@@ -103,8 +109,9 @@ void ManualRestoreTask::refuseMismatch()
 bool ManualRestoreTask::addDiskImage(const QString& filePath)
 {
     const QString disk = targetDiskOf(filePath);
-    if (disk.isEmpty())
+    if (disk.isEmpty()) {
         return false;
+    }
     addJob(filePath, disk, JobType::Clone);
     return true;
 }
@@ -114,13 +121,16 @@ QString ManualRestoreTask::targetDiskOf(const QString& filePath) const
     const QString rootDevice = RestoreRules::isSystemImage(filePath) ? devicePathFromUUID(m_rootUUID) : QString();
     const QString disk = diskDeviceFromDrive(m_diskDrive);
     qDebug() << "rootDevicePath = " << rootDevice << ", devicePath = " << disk;
-    if (RestoreRules::isAccepted(rootDevice, disk))
+    if (RestoreRules::isAccepted(rootDevice, disk)) {
         return disk;
-    if (disk.isEmpty())
+    }
+    if (disk.isEmpty()) {
         return {};
+    }
     const QStringList disks = getDevicePathsFromDrive(m_diskDrive);
-    for (const QString& node : disks)
+    for (const QString& node : disks) {
         qDebug() << "getDevicePathsFromDrive, devPath = " << node << ", rootDevicePath = " << rootDevice;
+    }
     return RestoreRules::lastDiskOfRoot(rootDevice, disks);
 }
 
@@ -130,10 +140,12 @@ bool ManualRestoreTask::addPartitionImage(const QString& filePath)
     const QString device = devicePathFromUUID(m_uuid);
     qDebug() << "rootDevPath = " << rootDisk << ", device_path = " << device << "m_rootUUID = " << m_rootUUID
              << ", m_uuid = " << m_uuid << ", file_path = " << filePath;
-    if (device.isEmpty())
+    if (device.isEmpty()) {
         return false;
-    if (RestoreRules::isSystemImage(filePath) && RestoreRules::isMisdirected({m_uuid, device, m_rootUUID, rootDisk}))
+    }
+    if (RestoreRules::isSystemImage(filePath) && RestoreRules::isMisdirected({m_uuid, device, m_rootUUID, rootDisk})) {
         return false;
+    }
     addJob(filePath, device, JobType::Clone);
     return true;
 }
@@ -156,31 +168,36 @@ void ManualRestoreTask::addArchives(const QString& directory, const QStringList&
     for (const QString& name : names) {
         const QString archive = directory + u'/' + name;
         const DataInfo info = parseDataInfo(fetchDataInfo(archive));
-        if (info.uuid.isEmpty() || info.directory.isEmpty())
+        if (info.uuid.isEmpty() || info.directory.isEmpty()) {
             continue;
+        }
         if (!isSafeDirectory(info.directory)) {
             setError(tr("There is something wrong with your backup file"));
             return;
         }
         // Computed once: all archives of a backup come from one partition.
-        if (mountPoint.isEmpty())
+        if (mountPoint.isEmpty()) {
             mountPoint = mountDeviceFromUUID(info.uuid);
+        }
         if (mountPoint.isEmpty()) {
             refuseMismatch();
             return;
         }
         addJob(archive, u"%1/%2"_s.arg(mountPoint, info.directory), JobType::TarExtract);
     }
-    if (!mountPoint.isEmpty())
+    if (!mountPoint.isEmpty()) {
         m_mountsToClear.append(mountPoint);
+    }
 }
 
 void ManualRestoreTask::clearTargets()
 {
-    if (isFailed())
+    if (isFailed()) {
         return;
-    for (const QString& mountPoint : m_mountsToClear)
+    }
+    for (const QString& mountPoint : m_mountsToClear) {
         deleteOptAndVar(mountPoint);
+    }
 }
 
 void ManualRestoreTask::onTaskFinished()
@@ -214,13 +231,16 @@ void ManualRestoreTask::restoreSwapUuid()
             return;
         }
         const QString uuid = swapUuidOn(device);
-        if (swapUuid.isEmpty())
+        if (swapUuid.isEmpty()) {
             swapUuid = uuid;
+        }
     });
-    if (!swapDevice.isEmpty())
+    if (!swapDevice.isEmpty()) {
         qDebug() << "Swap file path:" << swapDevice;
-    if (swapDevice.isEmpty() || swapUuid.isEmpty())
+    }
+    if (swapDevice.isEmpty() || swapUuid.isEmpty()) {
         return;
+    }
     qDebug() << "sudo mkswap" << swapDevice << "-U" << swapUuid;
     SpawnCmd(u"sudo"_s, {u"mkswap"_s, swapDevice, u"-U"_s, swapUuid});
 }
@@ -231,8 +251,9 @@ QString ManualRestoreTask::swapUuidOn(VBlockDevice& device) const
     device.mount({});
     const QString mountPoint = BlockDevices::mountPointOf(device);
     QFile fstab(u"%1/etc/fstab"_s.arg(mountPoint));
-    if (mountPoint.isEmpty() || !fstab.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (mountPoint.isEmpty() || !fstab.open(QIODevice::ReadOnly | QIODevice::Text)) {
         return {};
+    }
     qDebug() << "find fstab!";
     const QString uuid = parseSwapUuid(QString::fromUtf8(fstab.readAll()));
     qDebug() << "swap uuid:" << uuid;

@@ -30,9 +30,10 @@ SystemRestoreTask::SystemRestoreTask(const bool& formatData, QObject* parent)
 void SystemRestoreTask::setTasks(const QJsonArray& tasks)
 {
     qDebug() << tasks;
-    for (const QJsonValue& task : tasks) {
-        if (task[u"command"_s].toString() == "refresh-data-partition"_L1)
+    for (const auto& task : tasks) {
+        if (task[u"command"_s].toString() == "refresh-data-partition"_L1) {
             m_refreshDataPartition = true;
+        }
     }
     setJobs();
 }
@@ -48,8 +49,9 @@ void SystemRestoreTask::setJobs()
     }
     const QString directory = u"%1/backup"_s.arg(recovery);
     for (const QString& entry : QDir(directory).entryList({u"*.kim"_s})) {
-        if (!addInitialImage(directory, entry))
+        if (!addInitialImage(directory, entry)) {
             return;
+        }
     }
     checkJobs();
     start();
@@ -63,21 +65,24 @@ bool SystemRestoreTask::addInitialImage(const QString& directory, const QString&
         return false;
     }
     QFile info(files.info);
-    if (!info.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!info.open(QIODevice::ReadOnly | QIODevice::Text)) {
         return true;
+    }
     m_systemUUID = QString::fromUtf8(info.readAll()).simplified();
     const QString target = devicePathFromUUID(m_systemUUID);
     qDebug() << "fromPath:" << files.image << "toPath:" << target;
-    if (!target.isEmpty())
+    if (!target.isEmpty()) {
         addJob(files.image, target, JobType::Clone);
+    }
     return true;
 }
 
 void SystemRestoreTask::onTaskFinished()
 {
     removeUserData();
-    if (hasSeparateDataPartition())
+    if (hasSeparateDataPartition()) {
         fixDataPartition();
+    }
     resetEFI();
     Q_EMIT
     finished();
@@ -107,9 +112,10 @@ void SystemRestoreTask::fixDataPartition()
     const QString destination = u"%1/"_s.arg(data);
     const bool hasVar = SpawnCmd(u"sudo"_s, {u"cp"_s, u"-a"_s, u"%1/var"_s.arg(system), destination});
     const bool hasOpt = SpawnCmd(u"sudo"_s, {u"cp"_s, u"-a"_s, u"%1/opt"_s.arg(system), destination});
-    if (hasVar && hasOpt)
+    if (hasVar && hasOpt) {
         deleteOptAndVar(system);
-    else
+    } else {
         qWarning() << "failed to cp 'opt' and 'var', they stay in the system partition!";
+    }
     qDebug() << "fix data partition end!";
 }

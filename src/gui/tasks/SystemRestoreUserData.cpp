@@ -35,10 +35,11 @@ void SystemRestoreTask::removeUserData()
         qDebug() << "can not found data mount point!";
         return;
     }
-    if (m_refreshDataPartition)
+    if (m_refreshDataPartition) {
         wipeUserData(data);
-    else
+    } else {
         cleanDesktops(data);
+    }
 }
 
 void SystemRestoreTask::cleanDesktops(const QString& dataMountPoint)
@@ -54,10 +55,11 @@ void SystemRestoreTask::cleanDesktops(const QString& dataMountPoint)
         const QString desktop = u"%1/%2/Desktop/"_s.arg(home.absolutePath(), user);
         qDebug() << "current desktop:" << desktop;
         // A person's link must not lead root to files elsewhere.
-        if (liesBelow(desktop, home.absolutePath()))
+        if (liesBelow(desktop, home.absolutePath())) {
             cleanDesktop(desktop);
-        else
+        } else {
             qDebug() << desktop << "don't exists!";
+        }
     }
     unmountDeviceFromUUID(m_dataUUID);
     qDebug() << "Deleted desktop file";
@@ -68,8 +70,9 @@ void SystemRestoreTask::cleanDesktop(const QString& desktop)
     for (const QFileInfo& file : QDir(desktop).entryInfoList({u"*.desktop"_s}, QDir::Files)) {
         const QString path = file.absoluteFilePath();
         qDebug() << "current desktop file:" << path;
-        if (isKeptDesktopEntry(file.fileName()))
+        if (isKeptDesktopEntry(file.fileName())) {
             continue;
+        }
         qDebug() << "remove:" << path;
         SpawnCmd(u"sudo"_s, {u"rm"_s, u"-f"_s, path});
     }
@@ -78,8 +81,9 @@ void SystemRestoreTask::cleanDesktop(const QString& desktop)
 void SystemRestoreTask::wipeUserData(const QString& dataMountPoint)
 {
     wipeHome(dataMountPoint);
-    if (hasSeparateDataPartition())
+    if (hasSeparateDataPartition()) {
         wipeTopLevel(dataMountPoint);
+    }
     unmountDeviceFromUUID(m_dataUUID);
     qDebug() << "Deleted user data";
 }
@@ -96,8 +100,9 @@ void SystemRestoreTask::wipeHome(const QString& dataMountPoint)
         qDebug() << "start rm:" << path;
         QString output;
         QString error;
-        if (SpawnCmd(u"sudo"_s, {u"rm"_s, u"-rf"_s, path}, output, error))
+        if (SpawnCmd(u"sudo"_s, {u"rm"_s, u"-rf"_s, path}, output, error)) {
             continue;
+        }
         qDebug() << "failed to rm dirPath = " << path << ", err = " << error;
         qDebug() << "try rm force ...";
         forceRemove(path);
@@ -107,12 +112,14 @@ void SystemRestoreTask::wipeHome(const QString& dataMountPoint)
 void SystemRestoreTask::wipeTopLevel(const QString& dataMountPoint)
 {
     for (const QFileInfo& entry : QDir(u"%1/"_s.arg(dataMountPoint)).entryInfoList(everything)) {
-        if (isKeptTopLevelEntry(entry))
+        if (isKeptTopLevelEntry(entry)) {
             continue;
+        }
         const QString path = u"%1/%2"_s.arg(dataMountPoint, entry.fileName());
         qDebug() << "rm filePath = " << path;
-        if (SpawnCmd(u"sudo"_s, {u"rm"_s, u"-rf"_s, path}))
+        if (SpawnCmd(u"sudo"_s, {u"rm"_s, u"-rf"_s, path})) {
             continue;
+        }
         // Deliberately empty: this rm runs without its error text.
         qDebug() << "failed to rm filePath = " << path << ", err = " << QString();
         qDebug() << "try rm force ...";

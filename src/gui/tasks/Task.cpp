@@ -38,20 +38,23 @@ void Task::setError(const QString& message)
 
 void Task::checkJobs()
 {
-    if (m_isError)
+    if (m_isError) {
         return;
-    if (m_jobs.isEmpty())
+    }
+    if (m_jobs.isEmpty()) {
         setError(tr("Failed to initialize the task"));
-    else
+    } else {
         qDebug() << "task count:" << m_taskCount;
+    }
 }
 
 void Task::start()
 {
     m_isStarted = true;
     qDebug() << "is error:" << (m_isError ? "true" : "false");
-    if (m_isError)
+    if (m_isError) {
         return;
+    }
     if (m_jobs.isEmpty()) {
         sync();
         Q_EMIT
@@ -69,18 +72,20 @@ void Task::startJob(const Job& job)
     QProcessEnvironment environment;
     environment.insert(u"LC_ALL"_s, u"C"_s);
     m_process->setProcessEnvironment(environment);
-    if (job.type == JobType::Clone)
+    if (job.type == JobType::Clone) {
         connect(m_process.get(), &QProcess::readyReadStandardOutput, this, &Task::onCloneOutput);
-    else
+    } else {
         Q_EMIT
-    progressChanged(Progress::percentAtStart(fraction()));
+        progressChanged(Progress::percentAtStart(fraction()));
+    }
     connect(m_process.get(), &QProcess::finished, this, &Task::onJobFinished);
     connect(m_process.get(), &QProcess::errorOccurred, this, &Task::onJobError);
     connect(m_process.get(), &QProcess::readyReadStandardError, this, &Task::onJobErrorOutput);
     qDebug() << "job start:" << job.from << "to" << job.to;
     const QStringList arguments = jobArguments(job.type, job.from, job.to);
-    if (!arguments.isEmpty())
+    if (!arguments.isEmpty()) {
         m_process->start(u"sudo"_s, arguments, QIODevice::ReadWrite);
+    }
 }
 
 float Task::fraction() const
@@ -103,8 +108,9 @@ void Task::onJobFinished(int exitCode, QProcess::ExitStatus status)
 void Task::onJobError(QProcess::ProcessError error)
 {
     // A process that cannot be started never reports finished(); every other error does.
-    if (error != QProcess::FailedToStart)
+    if (error != QProcess::FailedToStart) {
         return;
+    }
     qWarning() << "job cannot be started:" << m_process->errorString();
     onJobFinished(-1, QProcess::CrashExit);
 }

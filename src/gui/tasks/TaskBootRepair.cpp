@@ -53,10 +53,11 @@ void Task::resetEFI()
 {
     const QMap<QString, QString> uuids = getUUIDFromFstab();
     qInfo() << "Task::resetEFI , m_isUEFI = " << (m_isUEFI ? "true" : "false");
-    if (m_isUEFI)
+    if (m_isUEFI) {
         resetUEFIEntry(uuids);
-    else
+    } else {
         resetLegacyBoot(uuids);
+    }
 }
 
 void Task::resetUEFIEntry(const QMap<QString, QString>& uuids)

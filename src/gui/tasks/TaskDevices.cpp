@@ -11,14 +11,17 @@
 QString Task::mountDeviceFromUUID(const QString& uuid) const
 {
     const BlockDevices::Search search = BlockDevices::withUuid(uuid);
-    if (search.isCutShort)
+    if (search.isCutShort) {
         qDebug() << "device is null";
-    if (!search.device)
+    }
+    if (!search.device) {
         return {};
+    }
     search.device->setWatchChanges(true);
     const QVariantMap options = mountOptionsOf(m_fstabByUuid, uuid);
-    if (!options.isEmpty())
+    if (!options.isEmpty()) {
         qInfo() << "btrfs, mount uuid: " << uuid << ", with compress=zstd";
+    }
     // The answer does not matter: a partition that is mounted already gives an error text, and its mount point holds.
     search.device->mount(options);
     return BlockDevices::mountPointOf(*search.device);
@@ -27,10 +30,12 @@ QString Task::mountDeviceFromUUID(const QString& uuid) const
 void Task::unmountDeviceFromUUID(const QString& uuid)
 {
     const BlockDevices::Search search = BlockDevices::withUuid(uuid);
-    if (search.isCutShort)
+    if (search.isCutShort) {
         qDebug() << "device is null";
-    if (search.device)
+    }
+    if (search.device) {
         search.device->unmount({});
+    }
 }
 
 QString Task::devicePathFromUUID(const QString& uuid) const
@@ -42,11 +47,13 @@ QString Task::devicePathFromUUID(const QString& uuid) const
 QPair<QString, QString> Task::diskFromUUID(const QString& uuid) const
 {
     QPair<QString, QString> result;
-    if (uuid.isEmpty())
+    if (uuid.isEmpty()) {
         return result;
+    }
     BlockDevices::forEachPartition([&](const VBlockPartition& partition, const VBlockDevice& disk) {
-        if (partition.idUUID() != uuid)
+        if (partition.idUUID() != uuid) {
             return true;
+        }
         result = {BlockDevices::driveOf(disk), disk.device()};
         return false;
     });
@@ -61,11 +68,13 @@ QString Task::diskDeviceFromDrive(const QString& drive) const
 QStringList Task::getDevicePathsFromDrive(const QString& drive) const
 {
     QStringList devices;
-    if (drive.isEmpty())
+    if (drive.isEmpty()) {
         return devices;
+    }
     BlockDevices::forEachPartition([&](const VBlockPartition&, const VBlockDevice& disk) {
-        if (BlockDevices::driveOf(disk) == drive)
+        if (BlockDevices::driveOf(disk) == drive) {
             devices.append(disk.device());
+        }
         return true;
     });
     return devices;

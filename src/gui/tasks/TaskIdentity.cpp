@@ -26,8 +26,9 @@ namespace {
 std::optional<QByteArray> contentOf(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         return std::nullopt;
+    }
     return file.readAll();
 }
 
@@ -43,8 +44,9 @@ void Task::getSystemUUID()
     m_rootUUID = findRootUUID();
     qDebug() << "Root UUID:" << m_rootUUID;
     const QString root = mountDeviceFromUUID(m_rootUUID);
-    if (!m_rootUUID.isEmpty())
+    if (!m_rootUUID.isEmpty()) {
         m_fstabEntries = FSTab::getFSTabFromFile(root + (root.endsWith(u'/') ? "etc/fstab"_L1 : "/etc/fstab"_L1));
+    }
     readRecoveryUUID(root);
     m_fstabByUuid = fstabByUuid(m_fstabEntries);
     m_edition = readIni(u"%1/usr/lib/kestro/desktop-version"_s.arg(root)).value(u"Release/Type"_s, m_edition);
@@ -74,8 +76,9 @@ QString Task::findUUIDOfDevice(const QString& path) const
     for (const QFileInfo& link : links.entryInfoList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)) {
         const QString linkTarget = link.symLinkTarget();
         qDebug() << "uuidTarget=" << linkTarget;
-        if (linkTarget == target)
+        if (linkTarget == target) {
             uuid = link.fileName();
+        }
     }
     return uuid;
 }
@@ -121,8 +124,9 @@ void Task::getRecoveryJson()
 QJsonObject Task::takeRecoveryJson(const QString& path)
 {
     const std::optional<QByteArray> json = contentOf(path);
-    if (!json)
+    if (!json) {
         return {};
+    }
     // Deleted whether it parses or not: a pending task runs once, and a broken one must not come back at every start.
     qDebug() << "delete file: " << path;
     SpawnCmd(u"sudo"_s, {u"rm"_s, u"-f"_s, path});
@@ -134,10 +138,12 @@ QList<SavedBackup> Task::findSavedBackups(const QString& recordPath)
     QList<SavedBackup> backups;
     for (const RecordedPartition& partition : parseBackupRecord(contentOf(recordPath).value_or(QByteArray()))) {
         const QString mountPoint = Utils::mountDeviceByUUID(partition.uuid);
-        if (mountPoint.isEmpty())
+        if (mountPoint.isEmpty()) {
             continue;
-        for (const RecordedBackup& backup : partition.backups)
+        }
+        for (const RecordedBackup& backup : partition.backups) {
             backups.append({backup.createTime, backupDirectory(mountPoint, backup.directory)});
+        }
     }
     std::ranges::stable_sort(backups, std::ranges::greater{}, secondsOf);
     return backups;
@@ -147,12 +153,14 @@ void Task::saveLogToRecovery()
 {
     const QString recovery = mountDeviceFromUUID(m_recoveryUUID);
     const QString log = ApplicationProperties::logFile();
-    if (recovery.isEmpty() || log.isEmpty())
+    if (recovery.isEmpty() || log.isEmpty()) {
         return;
+    }
     const QString saved = u"%1/kestro-recovery-gui.log"_s.arg(recovery);
     const QString former = u"%1/kestro-recovery-gui-old.log"_s.arg(recovery);
-    if (QFileInfo::exists(saved))
+    if (QFileInfo::exists(saved)) {
         SpawnCmd(u"sudo"_s, {u"cp"_s, u"-a"_s, saved, former});
+    }
     // Deliberately greedy: on each line all between the first "/home/" and the last "/" goes.
     SpawnCmd(u"sudo"_s, {u"sed"_s, u"-i"_s, uR"(s?\/home\/.*\/?\/home\/xxx\/?g)"_s, log});
     SpawnCmd(u"sudo"_s, {u"cp"_s, u"-a"_s, log, u"%1/"_s.arg(recovery)});

@@ -18,8 +18,9 @@ Command asRoot(const QStringList& args)
 std::optional<BackupElement> parseBackupElement(const QJsonArray& args)
 {
     constexpr qsizetype fewestArguments = 3;
-    if (args.size() < fewestArguments)
+    if (args.size() < fewestArguments) {
         return std::nullopt;
+    }
     return BackupElement{
         uuidOfArgument(args[0].toString()), uuidOfArgument(args[1].toString()), args[2].toString(), args[3].toString()};
 }

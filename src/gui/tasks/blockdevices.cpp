@@ -10,15 +10,18 @@
 BlockDevices::Search BlockDevices::withUuid(const QString& uuid)
 {
     // Most block devices report an empty UUID: searching for it would find a whole disk.
-    if (uuid.isEmpty())
+    if (uuid.isEmpty()) {
         return {};
+    }
     const VDiskManager manager;
     for (const QString& path : manager.blockDevices({})) {
         std::unique_ptr<VBlockDevice> device = manager.createBlockDevice(path);
-        if (!device)
+        if (!device) {
             return {nullptr, true};
-        if (device->idUUID() == uuid)
+        }
+        if (device->idUUID() == uuid) {
             return {std::move(device), false};
+        }
     }
     return {};
 }
@@ -30,13 +33,15 @@ QString BlockDevices::driveOf(const VBlockDevice& device)
 
 void BlockDevices::forEachOnDrive(const QString& drive, const std::function<void(VBlockDevice&)>& visit)
 {
-    if (drive.isEmpty())
+    if (drive.isEmpty()) {
         return;
+    }
     const VDiskManager manager;
     for (const QString& path : manager.blockDevices({})) {
         const std::unique_ptr<VBlockDevice> device = manager.createBlockDevice(path);
-        if (device && device->drive().endsWith(drive))
+        if (device && device->drive().endsWith(drive)) {
             visit(*device);
+        }
     }
 }
 
@@ -47,8 +52,9 @@ void BlockDevices::forEachPartition(
     for (const QString& path : manager.blockDevices({})) {
         const std::unique_ptr<VBlockPartition> partition = manager.createBlockPartition(path);
         const std::unique_ptr<VBlockDevice> disk = partition ? manager.createBlockDevice(partition->table()) : nullptr;
-        if (disk && !visit(*partition, *disk))
+        if (disk && !visit(*partition, *disk)) {
             return;
+        }
     }
 }
 

@@ -13,8 +13,9 @@ std::optional<ImageRecord::Line> ImageRecord::parseLine(const QString& descripti
 {
     for (const QString& line : description.split(u'\n')) {
         const bool isDiskDrive = line.contains("DiskDrive="_L1);
-        if (isDiskDrive || line.contains("UUID="_L1))
+        if (isDiskDrive || line.contains("UUID="_L1)) {
             return Line{isDiskDrive, line.split(u'=').constLast().simplified()};
+        }
     }
     return std::nullopt;
 }
@@ -22,8 +23,9 @@ std::optional<ImageRecord::Line> ImageRecord::parseLine(const QString& descripti
 std::optional<ImageRecord::Values> ImageRecord::parseFile(const QByteArray& text)
 {
     // A list, a comment, an escape.
-    if (std::ranges::any_of(text, [](char c) { return c == ',' || c == ';' || c == '\\'; }))
+    if (std::ranges::any_of(text, [](char c) { return c == ',' || c == ';' || c == '\\'; })) {
         return std::nullopt;
+    }
     const IniValues values = parseIni(text);
     return Values{values.value(u"DiskDrive"_s), values.value(u"UUID"_s), values.value(u"Version"_s)};
 }

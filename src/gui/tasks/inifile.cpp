@@ -11,13 +11,15 @@ IniValues parseIni(const QByteArray& text)
 {
     const QTemporaryDir folder;
     QFile copy(folder.filePath(u"copy.ini"_s));
-    if (!folder.isValid() || !copy.open(QIODevice::WriteOnly) || copy.write(text) != text.size())
+    if (!folder.isValid() || !copy.open(QIODevice::WriteOnly) || copy.write(text) != text.size()) {
         return {};
+    }
     copy.close();
     const QSettings settings(copy.fileName(), QSettings::IniFormat);
     IniValues values;
-    for (const QString& key : settings.allKeys())
+    for (const QString& key : settings.allKeys()) {
         values.insert(key, settings.value(key).toString());
+    }
     return values;
 }
 

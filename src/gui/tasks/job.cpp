@@ -44,11 +44,13 @@ QStringList tarArguments(const QString& operation, const QString& archive)
 
 QStringList jobArguments(JobType type, const QString& from, const QString& to)
 {
-    if (type == JobType::Clone)
+    if (type == JobType::Clone) {
         return {u"kestro-clone"_s, u"--tui"_s, from, to};
+    }
     const auto* const row = std::ranges::find(archiveJobs, type, &ArchiveJob::type);
-    if (row == archiveJobs.end())
+    if (row == archiveJobs.end()) {
         return {};
+    }
     const bool isSource = row->archive == Archive::IsSource;
     const QString& archive = isSource ? from : to;
     const QString& entry = isSource ? to : from;

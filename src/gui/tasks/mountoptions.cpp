@@ -9,8 +9,9 @@ FSTabByUuid fstabByUuid(const FSTabInfoList& entries)
     FSTabByUuid result;
     for (const FSTabInfoPtr& entry : entries) {
         const QString uuid = entry->device.startsWith(reference) ? entry->device.mid(reference.size()) : QString();
-        if (!uuid.isEmpty() && entry->type != "none"_L1)
+        if (!uuid.isEmpty() && entry->type != "none"_L1) {
             result.insert(uuid, *entry);
+        }
     }
     return result;
 }
@@ -18,7 +19,8 @@ FSTabByUuid fstabByUuid(const FSTabInfoList& entries)
 QVariantMap mountOptionsOf(const FSTabByUuid& entries, const QString& uuid)
 {
     const FSTabInfo entry = entries.value(uuid);
-    if (entry.type != "btrfs"_L1 || !entry.options.contains("compress=zstd"_L1))
+    if (entry.type != "btrfs"_L1 || !entry.options.contains("compress=zstd"_L1)) {
         return {};
+    }
     return {{u"options"_s, u"compress=zstd"_s}};
 }

@@ -8,8 +8,9 @@
 
 float Progress::fraction(bool onlyClones, float currentIndex, float taskCount)
 {
-    if (onlyClones)
+    if (onlyClones) {
         return currentIndex / taskCount;
+    }
     // Deliberate: a mixed task climbs twice as fast for its first two jobs; three jobs give 66, 132 and 99 percent.
     return currentIndex <= 2.0F ? 2 * currentIndex / taskCount : 1.0F;
 }

@@ -18,8 +18,9 @@ QString RestoreRules::lastDiskOfRoot(const QString& rootDevice, const QStringLis
 {
     QString last;
     for (const QString& disk : disks) {
-        if (!disk.isEmpty() && rootDevice.startsWith(disk))
+        if (!disk.isEmpty() && rootDevice.startsWith(disk)) {
             last = disk;
+        }
     }
     return last;
 }

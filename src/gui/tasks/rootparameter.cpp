@@ -6,8 +6,9 @@
 RootParameter parseRootParameter(const QByteArray& commandLine)
 {
     for (const QByteArray& token : commandLine.split(' ')) {
-        if (!token.startsWith("root="))
+        if (!token.startsWith("root=")) {
             continue;
+        }
         const QString value = QString::fromUtf8(token.mid(token.lastIndexOf('=') + 1)).simplified();
         return token.contains("UUID=") ? RootParameter{value, {}} : RootParameter{{}, value};
     }

@@ -50,8 +50,9 @@ void writeInstalledSystem()
     Sandbox::writeFile(u"/media/ROOT/etc/default/locale"_s, "LANG=en_US.UTF-8\nLANGUAGE=en_US\n");
     Sandbox::writeFile(u"/media/ROOT/usr/lib/kestro/desktop-version"_s, "[Release]\nType=Professional\n");
     Sandbox::writeFile(u"/media/RECOVERY/backup/_nox_data.info"_s, " DATA\n");
-    for (const QString& name : {u"EFI"_s, u"BOOT"_s, u"DATA"_s, u"TARGET"_s})
+    for (const QString& name : {u"EFI"_s, u"BOOT"_s, u"DATA"_s, u"TARGET"_s}) {
         QDir().mkpath(u"/media/"_s + name);
+    }
 }
 
 } // namespace
@@ -60,13 +61,16 @@ FakeMachine::FakeMachine()
     : m_formerDirectory(QDir::currentPath())
 {
     Sandbox::reset();
-    for (const QString& drive : {u"DISK_A"_s, u"DISK_B"_s, u"DISK_C"_s})
+    for (const QString& drive : {u"DISK_A"_s, u"DISK_B"_s, u"DISK_C"_s}) {
         udisks.addDrive(drive);
-    for (const DeviceRow& row : devices)
+    }
+    for (const DeviceRow& row : devices) {
         udisks.addDevice(device(row.name));
+    }
     writeInstalledSystem();
-    for (const QString& script : {u"write-file"_s, u"resetEFI"_s, u"reset-grub"_s})
+    for (const QString& script : {u"write-file"_s, u"resetEFI"_s, u"reset-grub"_s}) {
         programs.reply({scripts + script});
+    }
     programs.reply(
         {scripts + u"create-data-info"_s}, {.snippet = R"(printf 'UUID=%s\nDirectory=%s\n' "$1" "$2" >"$3")"});
     QDir::setCurrent(m_workingDirectory.path());
@@ -87,8 +91,9 @@ FakeUDisks::Device FakeMachine::device(const QString& name)
     device.drive = row->drive;
     device.table = row->table;
     device.filesystem = !row->type.isEmpty() && row->type != "swap"_L1;
-    if (device.filesystem)
+    if (device.filesystem) {
         device.mountDirectory = u"/media/"_s + row->uuid;
+    }
     return device;
 }
 
@@ -101,8 +106,9 @@ void FakeMachine::refuseMount(const QString& name)
 
 void FakeMachine::allowFileCommands()
 {
-    for (const QString& program : {u"cp"_s, u"rm"_s, u"sed"_s, u"tar"_s, u"mkdir"_s})
+    for (const QString& program : {u"cp"_s, u"rm"_s, u"sed"_s, u"tar"_s, u"mkdir"_s}) {
         programs.passThrough({program});
+    }
     programs.reply({u"chattr"_s});
     programs.reply({u"setfacl"_s});
 }
@@ -118,11 +124,13 @@ QStringList FakeMachine::callsOf(const QStringList& programNames) const
 {
     QStringList lines;
     for (QStringList call : programs.calls()) {
-        if (call.value(0) == "sudo"_L1)
+        if (call.value(0) == "sudo"_L1) {
             call.removeFirst();
+        }
         call[0].remove(scripts);
-        if (programNames.contains(call.constFirst()))
+        if (programNames.contains(call.constFirst())) {
             lines.append(call.join(u' ').remove(u" --xattrs --xattrs-include=*"_s));
+        }
     }
     return lines;
 }

@@ -22,8 +22,9 @@ const QString backup = u"/media/TARGET/b"_s;
 QJsonArray restoreOf(const QStringList& directories)
 {
     QJsonArray tasks;
-    for (const QString& directory : directories)
+    for (const QString& directory : directories) {
         tasks.append(taskElement(u"restore-partitions"_s, {u"UUID:TARGET"_s, directory, u"ROOT"_s}));
+    }
     return tasks;
 }
 
@@ -43,8 +44,9 @@ struct Restore
         machine.programs.reply({u"kestro-clone"_s, u"--tui"_s});
         machine.programs.reply({u"kestro-clone"_s, u"--kim-info"_s}, "image of 3 blocks\n");
         QDir().mkpath(backup);
-        for (const QString& image : images)
+        for (const QString& image : images) {
             Sandbox::writeFile(backup + u'/' + image, "image");
+        }
     }
 
     void readsRecord(const FakePrograms::Reply& reply)
@@ -146,8 +148,9 @@ void ManualRestoreTaskTest::targets()
     restore.readsRecord(record(text));
     QTEST(restore.outcome(), "outcome");
     QStringList expected;
-    for (const QString& device : devices)
+    for (const QString& device : devices) {
         expected.append(u"%1/%2 %3"_s.arg(backup, image, device));
+    }
     QCOMPARE(restore.machine.jobs(), expected);
     QVERIFY(!QFile::exists(u"DiskInfo"_s));
 }
@@ -245,8 +248,9 @@ void ManualRestoreTaskTest::swapOfTheDisk()
     Sandbox::writeFile(u"/media/ROOT/etc/fstab"_s, fstab);
     // Listed after the root partition: the first answer stays.
     Sandbox::writeFile(u"/media/DATA/etc/fstab"_s, "UUID=OTHER none swap sw 0 0\n");
-    if (!fstab.contains("swap"))
+    if (!fstab.contains("swap")) {
         QFile::remove(u"/media/DATA/etc/fstab"_s);
+    }
     restore.readsRecord(record(text));
     QCOMPARE(restore.outcome(), u"finished"_s);
     QTEST(restore.machine.callsOf({u"mkswap"_s}), "calls");

@@ -21,8 +21,9 @@ struct Reset
         machine.allowImages();
         machine.programs.reply({u"kestro-clone"_s, u"--tui"_s});
         addImage(u"system"_s, "ROOT\n");
-        for (const QString& path : files())
+        for (const QString& path : files()) {
             Sandbox::writeFile(data + path, path.toUtf8());
+        }
         Sandbox::writeFile(u"/media/ROOT/opt/new"_s, "from the image");
         Sandbox::writeFile(u"/media/ROOT/var/new"_s, "from the image");
         QFile::link(u"/nowhere"_s, data + u"/home/alice/dangling"_s);
@@ -34,8 +35,9 @@ struct Reset
     {
         const QString base = u"/media/RECOVERY/backup/"_s + name;
         Sandbox::writeFile(base + u".kim"_s, "image");
-        if (!info.isNull())
+        if (!info.isNull()) {
             Sandbox::writeFile(base + u".info"_s, info);
+        }
     }
 
     static QStringList files()
@@ -50,8 +52,9 @@ struct Reset
     {
         QStringList paths;
         for (const QString& path : files()) {
-            if (QFile::exists(data + path))
+            if (QFile::exists(data + path)) {
                 paths.append(path);
+            }
         }
         return paths;
     }
@@ -142,8 +145,9 @@ void SystemRestoreTaskTest::keepFiles()
     Reset reset;
     QCOMPARE(reset.outcome(false), u"finished"_s);
     QStringList expected = Reset::files();
-    for (const QString& gone : {u"/home/alice/Desktop/game.desktop"_s, u"/opt/app"_s, u"/var/state"_s})
+    for (const QString& gone : {u"/home/alice/Desktop/game.desktop"_s, u"/opt/app"_s, u"/var/state"_s}) {
         expected.removeOne(gone);
+    }
     QCOMPARE(reset.left(), expected);
     QCOMPARE(reset.machine.callsOf({u"rm"_s}).constFirst(), u"rm -f /media/DATA/home/alice/Desktop/game.desktop"_s);
     QVERIFY(QFileInfo(u"/media/DATA/home/alice/dangling"_s).isSymLink());

@@ -22,8 +22,9 @@ struct Watched
     [[nodiscard]] QList<int> percentList() const
     {
         QList<int> list;
-        for (const QList<QVariant>& arguments : percents)
+        for (const QList<QVariant>& arguments : percents) {
             list.append(arguments.constFirst().toInt());
+        }
         return list;
     }
 
@@ -56,8 +57,9 @@ void TaskEngineTest::archivesInOrder()
     FakeMachine machine;
     machine.programs.reply({u"tar"_s});
     Watched watched;
-    for (const QString& name : {u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s})
+    for (const QString& name : {u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s}) {
         watched.task.addJob(u"/m/"_s + name, u"/t/"_s + name + u".tar"_s, JobType::TarAppend);
+    }
     watched.task.checkJobs();
     QVERIFY(!watched.task.isStarted());
     watched.task.start();
@@ -109,8 +111,9 @@ void TaskEngineTest::laterImageShowsOnlyWhatIsHigher()
     machine.programs.reply({u"kestro-clone"_s}, {.out = "30.00%"});
     machine.programs.reply({u"kestro-clone"_s}, {.out = "nonsense"});
     Watched watched;
-    for (const QString& name : {u"a"_s, u"b"_s, u"c"_s})
+    for (const QString& name : {u"a"_s, u"b"_s, u"c"_s}) {
         watched.task.addJob(u"/dev/"_s + name, u"/t/"_s + name, JobType::Clone);
+    }
     watched.task.start();
     QTRY_VERIFY_WITH_TIMEOUT(watched.hasEnded(), patience);
     // 80/3 rounds to 27; 30·2/3 and 0 stay below it.

@@ -16,8 +16,9 @@ namespace {
 QString toText(const BackupPlan& plan)
 {
     QStringList lines;
-    for (const Command& command : plan.preparations)
+    for (const Command& command : plan.preparations) {
         lines.append(command.program + u' ' + command.args.join(u' '));
+    }
     lines.append(
         u"job %1: %2 -> %3"_s.arg(QString::number(static_cast<int>(plan.job.type)), plan.job.from, plan.job.to));
     return lines.join(u'\n');
@@ -159,16 +160,18 @@ void TaskPlansTest::keptTopLevelEntries()
 {
     const QTemporaryDir folder;
     const QDir directory(folder.path());
-    for (const QString& name : {u"home"_s, u"opt"_s, u"lost+found"_s, u"root"_s, u"Var"_s, u"data"_s})
+    for (const QString& name : {u"home"_s, u"opt"_s, u"lost+found"_s, u"root"_s, u"Var"_s, u"data"_s}) {
         QVERIFY(directory.mkdir(name));
+    }
     QFile file(directory.filePath(u"x"_s));
     QVERIFY(
         file.open(QIODevice::WriteOnly) && QFile::link(directory.filePath(u"data"_s), directory.filePath(u"var"_s)));
 
     QStringList kept;
     for (const QFileInfo& entry : directory.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
-        if (isKeptTopLevelEntry(entry))
+        if (isKeptTopLevelEntry(entry)) {
             kept.append(entry.fileName());
+        }
     }
     QCOMPARE(kept, QStringList({u"home"_s, u"lost+found"_s, u"opt"_s, u"root"_s}));
 
