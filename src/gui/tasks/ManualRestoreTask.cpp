@@ -94,11 +94,27 @@ bool ManualRestoreTask::addImage(const QString& filePath)
         setError(tr("Your system version does not match the backup file, please update the system and restore again"));
         return false;
     }
-    if ((m_diskDrive.isEmpty() || addDiskImage(filePath)) && (m_uuid.isEmpty() || addPartitionImage(filePath))) {
-        return true;
+    if ((!m_diskDrive.isEmpty() && !addDiskImage(filePath)) || (!m_uuid.isEmpty() && !addPartitionImage(filePath))) {
+        refuseMismatch();
+        return false;
     }
-    refuseMismatch();
-    return false;
+    if (!isImageWhole(filePath)) {
+        setError(tr("There is something wrong with your backup file"));
+        return false;
+    }
+    return true;
+}
+
+bool ManualRestoreTask::isImageWhole(const QString& filePath) const
+{
+    // The image's own job would refuse it too, but opt and var are cleared before that job runs.
+    QString output;
+    QString error;
+    const bool isWhole = SpawnCmd(u"sudo"_s, {u"kestro-clone"_s, u"--verify"_s, filePath}, output, error);
+    if (!isWhole) {
+        qWarning() << "image is not whole:" << filePath << error;
+    }
+    return isWhole;
 }
 
 void ManualRestoreTask::refuseMismatch()

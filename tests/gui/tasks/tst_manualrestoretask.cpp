@@ -43,6 +43,7 @@ struct Restore
         machine.programs.reply({u"mkswap"_s});
         machine.programs.reply({u"kestro-clone"_s, u"--tui"_s});
         machine.programs.reply({u"kestro-clone"_s, u"--kim-info"_s}, "image of 3 blocks\n");
+        machine.programs.reply({u"kestro-clone"_s, u"--verify"_s});
         QDir().mkpath(backup);
         for (const QString& image : images) {
             Sandbox::writeFile(backup + u'/' + image, "image");
@@ -99,6 +100,7 @@ private Q_SLOTS:
     void refusedArchives();
     void membersStayInTheDirectory();
     void laterRefusalChangesNothing();
+    void damagedImageChangesNothing();
     void nothingToRestore_data();
     void nothingToRestore();
     void liveStart();
@@ -315,6 +317,18 @@ void ManualRestoreTaskTest::laterRefusalChangesNothing()
     QCOMPARE(restore.outcome({u"/b"_s, u"/bad"_s, u"/b"_s}), otherDisk);
     QCOMPARE(restore.changes(), QStringList());
     QCOMPARE(restore.machine.callsOf({u"tar"_s}).size(), 1);
+}
+
+void ManualRestoreTaskTest::damagedImageChangesNothing()
+{
+    Restore restore({u"a.kim"_s, u"b.kim"_s});
+    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
+    restore.readsRecord(record("UUID=DATA\nVersion=1.1"));
+    restore.machine.programs.reply(
+        {u"kestro-clone"_s, u"--verify"_s, backup + u"/b.kim"_s}, {.err = "kestro-clone: damaged\n", .exitCode = 4});
+    QCOMPARE(restore.outcome(), brokenFile);
+    QCOMPARE(restore.machine.jobs(), QStringList());
+    QCOMPARE(restore.changes(), QStringList());
 }
 
 void ManualRestoreTaskTest::nothingToRestore_data()
