@@ -134,13 +134,15 @@ void LookTest::themeToBeginWith()
 
 void LookTest::labelsFollowTheTheme()
 {
-    VLabel label(u"Explanation"_s);
+    QWidget window;
+    VLabel label(u"Explanation"_s, &window);
     label.setForegroundRole(VPalette::TipText);
+    window.show();
     for (const auto theme : {VGuiApplicationHelper::DarkType, VGuiApplicationHelper::LightType}) {
         VGuiApplicationHelper::setPaletteType(theme);
         QCOMPARE(VGuiApplicationHelper::themeType(), theme);
         const VPalette expected(VPalette::standard(theme == VGuiApplicationHelper::DarkType));
-        QCOMPARE(label.palette().color(QPalette::WindowText), expected.color(QPalette::Active, VPalette::TipText));
+        QTRY_COMPARE(label.palette().color(QPalette::WindowText), expected.color(QPalette::Active, VPalette::TipText));
     }
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/velk/VApplication.h"
+#include "sandbox/Sandbox.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
 #include "utils/widget/BackupRestoreWidget.h"
@@ -149,6 +150,7 @@ void BackupRestoreWidgetTest::tilesAreButtons()
 
 int main(int argc, char** argv)
 {
+    Sandbox::enter(argv);
     VApplication app(argc, argv);
     BackupRestoreWidgetTest test;
     return QTest::qExec(&test, argc, argv);
