@@ -95,7 +95,7 @@ QString ManualRestoreTask::fetchDataInfo(const QString& archive) const
         qDebug() << "datainfo not exists!";
         return {};
     }
-    const QString info = QString::fromUtf8(*text);
+    QString info = QString::fromUtf8(*text);
     qDebug() << "dataInfo:" << info;
     return info;
 }

@@ -135,7 +135,7 @@ bool ManualRestoreTask::addDiskImage(const QString& filePath)
 QString ManualRestoreTask::targetDiskOf(const QString& filePath) const
 {
     const QString rootDevice = RestoreRules::isSystemImage(filePath) ? devicePathFromUUID(m_rootUUID) : QString();
-    const QString disk = diskDeviceFromDrive(m_diskDrive);
+    QString disk = diskDeviceFromDrive(m_diskDrive);
     qDebug() << "rootDevicePath = " << rootDevice << ", devicePath = " << disk;
     if (RestoreRules::isAccepted(rootDevice, disk)) {
         return disk;
@@ -271,7 +271,7 @@ QString ManualRestoreTask::swapUuidOn(VBlockDevice& device) const
         return {};
     }
     qDebug() << "find fstab!";
-    const QString uuid = parseSwapUuid(QString::fromUtf8(fstab.readAll()));
+    QString uuid = parseSwapUuid(QString::fromUtf8(fstab.readAll()));
     qDebug() << "swap uuid:" << uuid;
     return uuid;
 }
