@@ -2,6 +2,7 @@
 # Language, warnings, hardening and the small functions with which every folder declares its targets.
 
 option(KESTRO_BUILD_TESTS "Build the tests" ON)
+option(KESTRO_FUZZ "Build the fuzz targets; needs clang" OFF)
 set(KESTRO_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined")
 
 if(NOT CMAKE_BUILD_TYPE)
@@ -43,6 +44,9 @@ target_link_options(kestro_flags INTERFACE -Wl,-z,relro -Wl,-z,now)
 target_include_directories(kestro_flags INTERFACE "${CMAKE_SOURCE_DIR}/src")
 if(KESTRO_WARNINGS_AS_ERRORS)
     target_compile_options(kestro_flags INTERFACE -Werror)
+endif()
+if(KESTRO_FUZZ)
+    target_compile_options(kestro_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(KESTRO_SANITIZE)
     target_compile_options(kestro_flags INTERFACE
