@@ -119,7 +119,7 @@ std::string partitionNodeAt(const BlockDevice& disk, std::uint64_t offset, std::
     for (const auto& entry : fs::directory_iterator(sysfsFolder(disk.number), error)) {
         const bool fits = fs::exists(entry.path() / "partition") && bytesIn(entry.path() / "start") == offset
             && bytesIn(entry.path() / "size") == length;
-        const std::string node = "/dev/" + entry.path().filename().string();
+        std::string node = "/dev/" + entry.path().filename().string();
         struct stat status
         {
         };

@@ -81,7 +81,7 @@ std::string paddedJson(const Metadata& metadata)
 
 ImageWriter::ImageWriter(const File& image, ImageHead head)
     : m_file(image)
-    , m_head(std::move(head))
+    , m_head(head)
     , m_end(m_head.root.fileSize)
     , m_allocated(m_end)
 { }
