@@ -6,7 +6,6 @@
 #include "clone/streamhash.h"
 
 #include <cstring>
-#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>

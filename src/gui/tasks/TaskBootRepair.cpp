@@ -34,7 +34,7 @@ QMap<QString, QString> Task::getUUIDFromFstab()
         qDebug() << "open file fail!";
         return {};
     }
-    const QMap<QString, QString> uuidMap = parseMountPointUuids(QString::fromUtf8(fstab.readAll()));
+    QMap<QString, QString> uuidMap = parseMountPointUuids(QString::fromUtf8(fstab.readAll()));
     m_osMinorVersion = readIni(root + "/etc/os-version"_L1).value(u"Version/MinorVersion"_s).toInt();
     qDebug() << "uuidMap:" << uuidMap;
     return uuidMap;
