@@ -4,7 +4,6 @@
 #include "platform/velk/VFontSizeManager.h"
 #include "platform/velk/VGuiApplicationHelper.h"
 #include "platform/velk/VPaletteHelper.h"
-#include "platform/velk/waterpainting.h"
 #include "platform/velk/wateraccessible.h"
 
 #include <QAccessible>
@@ -18,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int frameMilliseconds = 40;
+constexpr int frameMilliseconds = 50;
 constexpr qreal turnsPerSecond = 0.45;
 // Each second all but this share of the way to the new level is covered.
 constexpr qreal restPerSecond = 0.03;
@@ -120,18 +119,21 @@ void VWaterProgress::timerEvent(QTimerEvent* event)
 void VWaterProgress::paintEvent(QPaintEvent* /*event*/)
 {
     const int extent = qMin(width(), height());
-    QRectF vessel(0, 0, extent, extent);
-    vessel.moveCenter(QRectF(rect()).center());
+    const QRect vessel((width() - extent) / 2, (height() - extent) / 2, extent, extent);
     const VPalette colors = VPaletteHelper::instance()->palette(this);
+    if (m_pictureKey != PictureKey(extent, devicePixelRatioF(), palette().cacheKey())) {
+        m_pictureKey = PictureKey(extent, devicePixelRatioF(), palette().cacheKey());
+        m_pictures = WaterPainting::picturesOf(extent, devicePixelRatioF(), colors);
+    }
+    const WaterPainting::Water water{m_level / 100, m_phase};
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const WaterPainting::Water water{m_level / 100, m_phase};
-    WaterPainting::paintVessel(&painter, vessel, water, colors);
+    WaterPainting::paintVessel(&painter, vessel, m_pictures, water, colors);
     if (m_textVisible) {
         QFont large = VFontSizeManager::get(extent < 120 ? VFontSizeManager::T4 : VFontSizeManager::T1, font());
         large.setWeight(QFont::DemiBold);
         painter.setFont(large);
-        WaterPainting::paintText(
-            &painter, vessel, water, locale().toString(qRound(m_level)) + locale().percent(), colors);
+        const QString text = locale().toString(qRound(m_level)) + locale().percent();
+        WaterPainting::paintText(&painter, vessel, water, text, colors);
     }
 }

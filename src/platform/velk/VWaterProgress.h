@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/velk/waterpainting.h"
+
 #include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QWidget>
+
+#include <tuple>
 
 /// A round vessel whose water level shows a percentage.
 ///
@@ -46,6 +50,8 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    using PictureKey = std::tuple<int, qreal, qint64>; ///< extent, device pixel ratio, palette
+
     void updateTimer();
 
     int m_value = 0;
@@ -54,6 +60,8 @@ private:
     bool m_hasRunValue = false;
     qreal m_level = 0; ///< what is drawn, on its way to m_value
     qreal m_phase = 0; ///< of the waves, in turns
+    PictureKey m_pictureKey;
+    WaterPainting::Pictures m_pictures;
     QBasicTimer m_timer;
     QElapsedTimer m_clock;
 };
