@@ -75,6 +75,7 @@ void paintText(QPainter* painter, const QStyleOptionViewItem& option, const QStr
     // A colour alone must not tell which row is chosen.
     font.setWeight(option.state.testFlag(QStyle::State_Selected) ? QFont::DemiBold : QFont::Normal);
     painter->setFont(font);
+    painter->setLayoutDirection(Qt::LeftToRight); // else the first slash of a path goes to its end
     const QString shown = QFontMetrics(font).elidedText(text, Qt::ElideMiddle, place.width());
     painter->drawText(place, alignmentOf(option), shown);
 }
