@@ -37,19 +37,25 @@ std::string plainOptions(const Mount& mount)
     return options;
 }
 
+bool mountWith(const std::vector<std::string>& command, const std::string& folder)
+{
+    // udisksd removes a mount point's folder that it made as soon as it hears that nothing is mounted there any more,
+    // which may be now: each attempt makes it anew.
+    std::error_code ignored;
+    std::filesystem::create_directories(folder, ignored);
+    return runQuietly(command) == 0;
+}
+
 bool mountOnce(const Mount& mount)
 {
-    // udisksd removes a mount point's folder that it made as soon as nothing is mounted there.
-    std::error_code ignored;
-    std::filesystem::create_directories(mount.target, ignored);
     const std::vector<std::vector<std::string>> attempts{
         {"mount", "-t", mount.type, "-o", plainOptions(mount), mount.source, mount.target},
         // The image may hold another file system than the one that was there, with other options.
         {"mount", "-o", mount.options, mount.source, mount.target},
         {"mount", mount.source, mount.target},
     };
-    const bool mounted =
-        std::any_of(attempts.begin(), attempts.end(), [](const auto& command) { return runQuietly(command) == 0; });
+    const bool mounted = std::any_of(
+        attempts.begin(), attempts.end(), [&](const auto& command) { return mountWith(command, mount.target); });
     const bool onlyThisReadOnly = hasOption(mount.options, "ro") && !hasOption(mount.superOptions, "ro");
     return mounted && (!onlyThisReadOnly || runQuietly({"mount", "-o", "remount,bind,ro", mount.target}) == 0);
 }
