@@ -25,7 +25,19 @@ namespace kestro::clone {
 
 namespace {
 
-constexpr std::uint32_t chunkSize = 2U << 20U;
+constexpr std::uint32_t smallestChunk = 2U << 20U;
+constexpr std::uint32_t largestChunk = 16U << 20U;
+/// The record of each chunk is kept in memory until the end, here and in every later run that reads the image.
+constexpr std::uint64_t comfortableCount = 1ULL << 18U;
+
+std::uint32_t chunkSizeFor(std::uint64_t usedBytes)
+{
+    std::uint32_t size = smallestChunk;
+    while (size < largestChunk && usedBytes / size >= comfortableCount) {
+        size *= 2;
+    }
+    return size;
+}
 
 std::string utcNow()
 {
@@ -70,6 +82,7 @@ struct Reading
 
 void writeChunks(const Source& source, ImageIndex& index, Destination& destination, Reading& reading)
 {
+    const std::uint32_t chunkSize = index.chunkSize;
     const ChunkLayout layout(index.extents, chunkSize);
     index.chunks.resize(layout.chunkCount());
     runCrew(0, layout.chunkCount(), crewSize(chunkSize), [&]() -> ChunkTask {
@@ -125,6 +138,7 @@ ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readError
     FrozenMounts frozen(mountsOf(source.device));
     SourceMap map = mapSource(source.device);
     Metadata metadata = describe(source, map, frozen.any());
+    const std::uint32_t chunkSize = chunkSizeFor(totalLength(map.extents));
     ImageIndex index{source.device.size, chunkSize, source.device.sectorSize, std::move(map.extents), {}};
     Destination destination{{image.file(), image.head()}, {image.file(), chunkSize}};
     try {
