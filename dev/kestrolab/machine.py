@@ -12,22 +12,32 @@ ROOT, RECOVERY, DATA, TARGET, SCRATCH = range(5)
 SIZES = {ROOT: 160, RECOVERY: 192, DATA: 96, TARGET: 192, SCRATCH: 160}
 # Blanks in a label make blanks in the mount point.
 LABELS = {ROOT: "System", RECOVERY: "Recovery", DATA: "_nox_data", TARGET: "My Backup", SCRATCH: "scratch"}
+# Nothing is left for the kernel to write by itself after the first mount.
+MKFS = ["mkfs.ext4", "-q", "-F", "-E", "lazy_itable_init=0,lazy_journal_init=0"]
 LOOKS = pathlib.Path("/mnt/look")
+
+
+OTHER_DISK = [(48, [*MKFS, "-L", "Elsewhere"])]
 
 
 def partitions(target_size: int = SIZES[TARGET]):
     """What LoopDisk needs; TARGET_SIZE in MiB."""
     sizes = SIZES | {TARGET: target_size}
-    return [(sizes[number], ["mkfs.ext4", "-q", "-F", "-L", LABELS[number]]) for number in sorted(SIZES)]
+    return [(sizes[number], [*MKFS, "-L", LABELS[number]]) for number in sorted(SIZES)]
 
 
 class Machine:
-    def __init__(self, disk: LoopDisk):
-        self.disk = disk
+    """DISK has the partitions above; OTHER is a second disk with one file system that nobody asks for."""
+
+    def __init__(self, disk: LoopDisk, other: LoopDisk):
+        self.disk, self.other = disk, other
         self.uuids = [disk.uuid(number) for number in range(len(disk.parts))]
 
     def mounted(self, number: int, options: str = "rw") -> Mounted:
         return Mounted(self.disk, number, LOOKS / LABELS[number], options)
+
+    def disks(self) -> tuple[LoopDisk, LoopDisk]:
+        return self.disk, self.other
 
     def look(self, number: int) -> Mounted:
         """Mounted without a trace: not even the journal is replayed."""
@@ -46,9 +56,10 @@ class Machine:
 
     def unmount_everything(self):
         """What the program and udisksd left mounted, as a restart would."""
-        for device in self.disk.parts:
-            for point in mount_points(self.disk.own(device)):
-                run("umount", point)
+        for disk in self.disks():
+            for device in disk.parts:
+                for point in mount_points(disk.own(device)):
+                    run("umount", point)
 
 
 def mount_points(device: str) -> list[str]:

@@ -53,7 +53,7 @@ class Namespace:
         self.layers = workspace / "namespace"
         self.root = self.layers / "root"
 
-    def enter(self, disk: LoopDisk, command_line: str):
+    def enter(self, disks: tuple[LoopDisk, ...], command_line: str):
         if os.getpid() != 1:
             raise LabError("the lab is entered by the first process of its namespace only")
         self.layers.mkdir(exist_ok=True)
@@ -66,7 +66,7 @@ class Namespace:
         for folder in others:
             self.bind(folder, read_only=True)
         self.make_kernel_folders(command_line)
-        self.make_devices(disk)
+        self.make_devices(disks)
         for folder, mode in PRIVATE_FOLDERS.items():
             (self.root / folder).mkdir(parents=True, exist_ok=True)
             mount("tmpfs", self.root / folder, "-t", "tmpfs", "-o", f"mode={mode}")
@@ -92,15 +92,16 @@ class Namespace:
         own.write_text(command_line + "\n", encoding="utf-8")
         mount(own, self.root / "proc/cmdline", "--bind")
 
-    def make_devices(self, disk: LoopDisk):
-        """Only the nodes that every program needs, and those of the disk: no other device can be opened by name."""
+    def make_devices(self, disks: tuple[LoopDisk, ...]):
+        """Only the nodes that every program needs, and those of the disks: no other device can be opened by name."""
         dev = self.root / "dev"
         mount("tmpfs", dev, "-t", "tmpfs", "-o", "mode=0755")
         for name, (major, minor) in PLAIN_NODES.items():
             os.mknod(dev / name, stat.S_IFCHR | 0o666, os.makedev(major, minor))
             os.chmod(dev / name, 0o666)
-        for device in [disk.device, *disk.parts]:
-            os.mknod(dev / pathlib.Path(device).name, stat.S_IFBLK | 0o660, os.stat(disk.own(device)).st_rdev)
+        for disk in disks:
+            for device in [disk.device, *disk.parts]:
+                os.mknod(dev / pathlib.Path(device).name, stat.S_IFBLK | 0o660, os.stat(disk.own(device)).st_rdev)
         for link, target in {"fd": "/proc/self/fd", "stdin": "fd/0", "stdout": "fd/1", "stderr": "fd/2",
                              "ptmx": "pts/ptmx"}.items():
             (dev / link).symlink_to(target)

@@ -69,9 +69,9 @@ class Services:
         """In a network namespace of its own udevd speaks to the lab's programs only."""
         self.start(UDEVD)
         wait_until(pathlib.Path("/run/udev/control").exists, 10, "udevd starts")
-        disk = self.machine.disk
         run("udevadm", "trigger", "--action=add",
-            *(f"/sys/class/block/{pathlib.Path(device).name}" for device in [disk.device, *disk.parts]))
+            *(f"/sys/class/block/{pathlib.Path(device).name}"
+              for disk in self.machine.disks() for device in [disk.device, *disk.parts]))
         run("udevadm", "settle", "--timeout=20")
 
     def start_bus(self):
@@ -88,17 +88,10 @@ class Services:
         if daemon is None:
             raise LabError("udisksd is not installed")
         self.start(daemon)
-        for number in range(len(self.machine.disk.parts)):
-            wait_until(lambda part=number: self.known_uuid(part) == self.machine.disk.uuid(part), 20,
-                       f"udisksd knows {self.machine.disk.parts[number]}")
-
-    def known_uuid(self, number: int) -> str:
-        """What udisksd says about a partition of the disk; empty while it does not know it."""
-        name = pathlib.Path(self.machine.disk.parts[number]).name
-        answer = run("busctl", "--system", "get-property", "org.freedesktop.UDisks2",
-                     f"/org/freedesktop/UDisks2/block_devices/{name}", "org.freedesktop.UDisks2.Block", "IdUUID",
-                     check=False).stdout
-        return answer.partition('"')[2].rstrip('"\n')
+        for disk in self.machine.disks():
+            for number, part in enumerate(disk.parts):
+                uuid = disk.uuid(number)
+                wait_until(lambda: known_uuid(part) == uuid, 20, f"udisksd knows {part}")
 
     def start_display(self):
         """The display that the lab was started on, if it could be brought in; else one that nobody sees."""
@@ -117,3 +110,12 @@ class Services:
         if not self.own_display:
             window = output_of("xdotool", "search", "--onlyvisible", "--class", "kestro").partition("\n")[0]
         run("import", "-window", window, file)
+
+
+def known_uuid(device: str) -> str:
+    """What udisksd says about a device; empty while it does not know it."""
+    name = pathlib.Path(device).name
+    answer = run("busctl", "--system", "get-property", "org.freedesktop.UDisks2",
+                 f"/org/freedesktop/UDisks2/block_devices/{name}", "org.freedesktop.UDisks2.Block", "IdUUID",
+                 check=False).stdout
+    return answer.partition('"')[2].rstrip('"\n')

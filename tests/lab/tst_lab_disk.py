@@ -12,7 +12,9 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "dev"))
 
+from kestrolab import blocks  # noqa: E402
 from kestrolab.disk import LoopDisk, Mounted, file_behind, skip_without_loop_devices  # noqa: E402
+from kestrolab.machine import MKFS  # noqa: E402
 from kestrolab.process import LabError, wait_until  # noqa: E402
 
 PARTITIONS = [(8, ["mkfs.ext4", "-q"]), (8, ["mkfs.ext4", "-q"])]
@@ -67,6 +69,19 @@ class Disk(unittest.TestCase):
         with Mounted(disk, 1, self.folder / "point") as point:
             self.assertEqual(os.listdir(point), ["lost+found"])
         self.assertFalse((self.folder / "point").exists())
+
+    def test_every_block_that_is_written_is_seen(self):
+        disk = LoopDisk.create(self.folder / "disk.img", [(16, MKFS)])
+        self.addCleanup(disk.detach)
+        with Mounted(disk, 0, self.folder / "point") as point:
+            (point / "file").write_bytes(b"x" * 4096)
+        before = blocks.checksums(disk, 0)
+        with Mounted(disk, 0, self.folder / "point"):
+            pass
+        self.assertEqual(blocks.changed(before, blocks.checksums(disk, 0)), [])
+        with Mounted(disk, 0, self.folder / "point") as point, open(point / "file", "r+b") as file:
+            file.write(b"y")
+        self.assertNotEqual(blocks.changed(before, blocks.checksums(disk, 0)), [])
 
     def test_a_killed_user_leaves_no_device(self):
         process = subprocess.Popen([sys.executable, "-B", "-c", USER_OF_A_DISK,

@@ -6,7 +6,7 @@ import re
 import shutil
 
 from .. import checks as check
-from .. import compare, content
+from .. import blocks, compare, content
 from ..machine import ROOT, TARGET, Machine
 from ..process import run
 from ..program import SUCCEEDED
@@ -54,11 +54,22 @@ def give_record_of_another_machine(image: pathlib.Path, lab: Lab):
     run("kestro-clone", "--write-custom-file", f"kim://{image}/DiskInfo", record)
 
 
+def exchange_with_another_directory(image: pathlib.Path, lab: Lab):
+    """The image that lies there now was made of a partition of the second disk."""
+    other = lab.machine.other
+    image.unlink()
+    record = lab.workspace / "DiskInfo"
+    record.write_text(f"UUID={other.uuid(0)}\nVersion=1.1", encoding="utf-8")
+    run("kestro-clone", "--write-custom-file", f"kim://{image}/DiskInfo", record)
+    run("kestro-clone", "--tui", other.own(other.parts[0]), image)
+
+
+OTHER_MACHINE = "Your disk info and the backup info do not match, so you cannot restore now"
 DAMAGES = {
     flip_bit: "There is something wrong with your backup file",
     cut_off: "There is something wrong with your backup file",
-    give_record_of_another_machine:
-        "Your disk info and the backup info do not match, so you cannot restore now",
+    give_record_of_another_machine: OTHER_MACHINE,
+    exchange_with_another_directory: OTHER_MACHINE,
 }
 WRITING = re.compile(r"^sudo (kestro-clone --tui|mkswap|chattr|rm -rf|tar .* -xpf (?!.* datainfo$))")
 
@@ -68,7 +79,9 @@ def restore_refused(lab: Lab):
     backup(lab)
     content.damage_system(lab.machine)
     for damage, sentence in DAMAGES.items():
-        system = lab.machine.manifest(ROOT)
+        with lab.machine.mounted(ROOT) as folder:
+            system = compare.manifest(folder)  # read on purpose while mounted for writing: settles the times of access
+        before = blocks.checksums(lab.machine.disk, ROOT)
         with lab.machine.mounted(TARGET) as target:
             image = target / BACKUP / IMAGE
             shutil.copyfile(image, target / "sound")
@@ -80,5 +93,7 @@ def restore_refused(lab: Lab):
         written = list(filter(WRITING.match, outcome.calls))
         lab.checks.that(f"{damage.__name__}: nothing was started that writes", not written, written)
         lab.checks.same(f"{damage.__name__}: the system is untouched", system, lab.machine.manifest(ROOT))
+        written = blocks.changed(before, blocks.checksums(lab.machine.disk, ROOT))
+        lab.checks.that(f"{damage.__name__}: not one of {len(before)} blocks was written", not written, written)
         with lab.machine.mounted(TARGET) as target:
             os.replace(target / "sound", target / BACKUP / IMAGE)

@@ -6,6 +6,7 @@
 #include "gui/tasks/fstablines.h"
 #include "gui/tasks/restorerules.h"
 #include "gui/tasks/taskarguments.h"
+#include "gui/tasks/wholefiles.h"
 #include "platform/udisks/VBlockDevice.h"
 #include "utils/core/command.h"
 
@@ -86,7 +87,7 @@ bool ManualRestoreTask::addImage(const QString& filePath)
 {
     // A record that names neither a disk nor a partition would leave its image out without a word.
     if (!fetchImageRecord(filePath) || (m_diskDrive.isEmpty() && m_uuid.isEmpty())) {
-        setError(tr("There is something wrong with your backup file"));
+        refuseBrokenFile();
         return false;
     }
     qDebug() << "current version:" << m_version;
@@ -98,23 +99,16 @@ bool ManualRestoreTask::addImage(const QString& filePath)
         refuseMismatch();
         return false;
     }
-    if (!isImageWhole(filePath)) {
-        setError(tr("There is something wrong with your backup file"));
+    if (!WholeFiles::isImageWhole(filePath)) {
+        refuseBrokenFile();
         return false;
     }
     return true;
 }
 
-bool ManualRestoreTask::isImageWhole(const QString& filePath) const
+void ManualRestoreTask::refuseBrokenFile()
 {
-    // The image's own job would refuse it too, but opt and var are cleared before that job runs.
-    QString output;
-    QString error;
-    const bool isWhole = SpawnCmd(u"sudo"_s, {u"kestro-clone"_s, u"--verify"_s, filePath}, output, error);
-    if (!isWhole) {
-        qWarning() << "image is not whole:" << filePath << error;
-    }
-    return isWhole;
+    setError(tr("There is something wrong with your backup file"));
 }
 
 void ManualRestoreTask::refuseMismatch()
@@ -188,7 +182,7 @@ void ManualRestoreTask::addArchives(const QString& directory, const QStringList&
             continue;
         }
         if (!isSafeDirectory(info.directory)) {
-            setError(tr("There is something wrong with your backup file"));
+            refuseBrokenFile();
             return;
         }
         // Computed once: all archives of a backup come from one partition.
@@ -197,6 +191,10 @@ void ManualRestoreTask::addArchives(const QString& directory, const QStringList&
         }
         if (mountPoint.isEmpty()) {
             refuseMismatch();
+            return;
+        }
+        if (!WholeFiles::isArchiveWhole(archive)) {
+            refuseBrokenFile();
             return;
         }
         addJob(archive, u"%1/%2"_s.arg(mountPoint, info.directory), JobType::TarExtract);

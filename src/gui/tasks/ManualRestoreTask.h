@@ -29,10 +29,10 @@ private:
     void setTasks(const QJsonArray& tasks);
     void setJobs(const QString& fromPath);
     bool addImage(const QString& filePath);
-    [[nodiscard]] bool isImageWhole(const QString& filePath) const;
     bool addDiskImage(const QString& filePath);
     bool addPartitionImage(const QString& filePath);
     void addArchives(const QString& directory, const QStringList& names);
+    void refuseBrokenFile();
     void refuseMismatch();
     void unmountDrive();
     void unmountDriveDevice(VBlockDevice& device);

@@ -2,6 +2,7 @@
 #include "gui/tasks/SystemRestoreTask.h"
 
 #include "gui/tasks/initialimages.h"
+#include "gui/tasks/wholefiles.h"
 #include "utils/core/command.h"
 #include "utils/utils.h"
 
@@ -61,7 +62,7 @@ bool SystemRestoreTask::addInitialImage(const QString& directory, const QString&
 {
     const InitialImage files = initialImageOf(directory, entry);
     if (!Utils::checkImageFile(files.image)) {
-        setError(tr("There is something wrong with your initial backup file"));
+        refuseBrokenFile();
         return false;
     }
     QFile info(files.info);
@@ -71,10 +72,20 @@ bool SystemRestoreTask::addInitialImage(const QString& directory, const QString&
     m_systemUUID = QString::fromUtf8(info.readAll()).simplified();
     const QString target = devicePathFromUUID(m_systemUUID);
     qDebug() << "fromPath:" << files.image << "toPath:" << target;
-    if (!target.isEmpty()) {
-        addJob(files.image, target, JobType::Clone);
+    if (target.isEmpty()) {
+        return true;
     }
+    if (!WholeFiles::isImageWhole(files.image)) {
+        refuseBrokenFile();
+        return false;
+    }
+    addJob(files.image, target, JobType::Clone);
     return true;
+}
+
+void SystemRestoreTask::refuseBrokenFile()
+{
+    setError(tr("There is something wrong with your initial backup file"));
 }
 
 void SystemRestoreTask::onTaskFinished()

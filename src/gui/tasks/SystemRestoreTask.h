@@ -29,6 +29,7 @@ private:
     void setTasks(const QJsonArray& tasks);
     void setJobs();
     bool addInitialImage(const QString& directory, const QString& entry);
+    void refuseBrokenFile();
     void removeUserData();
     void cleanDesktops(const QString& dataMountPoint);
     void cleanDesktop(const QString& desktop);

@@ -118,6 +118,7 @@ void FakeMachine::allowImages()
     programs.reply({u"kestro-clone"_s, u"--write-custom-file"_s});
     programs.reply({u"kestro-clone"_s, u"--tui"_s}, {.snippet = R"([ -b "$3" ] || printf image >"$3")"});
     programs.reply({u"kestro-clone"_s, u"--kim-info"_s});
+    programs.reply({u"kestro-clone"_s, u"--verify"_s});
 }
 
 QStringList FakeMachine::callsOf(const QStringList& programNames) const

@@ -79,6 +79,7 @@ class SystemRestoreTaskTest : public QObject
 private Q_SLOTS:
     void imageList_data();
     void imageList();
+    void badImage_data();
     void badImage();
     void unmountableRecoveryPartition();
     void keepFiles();
@@ -117,12 +118,22 @@ void SystemRestoreTaskTest::imageList()
     QTEST(reset.machine.jobs(), "jobs");
 }
 
+void SystemRestoreTaskTest::badImage_data()
+{
+    QTest::addColumn<QString>("check");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("no image") << u"--kim-info"_s << 0;
+    QTest::newRow("a bit flipped") << u"--verify"_s << 4;
+}
+
 void SystemRestoreTaskTest::badImage()
 {
+    QFETCH(const QString, check);
+    QFETCH(const int, exitCode);
     Reset reset;
     Reset::addImage(u"boot"_s, "BOOT");
-    reset.machine.programs.reply(
-        {u"kestro-clone"_s, u"--kim-info"_s, u"/media/RECOVERY/backup/system.kim"_s}, {.err = "invalid file\n"});
+    reset.machine.programs.reply({u"kestro-clone"_s, check, u"/media/RECOVERY/backup/system.kim"_s},
+        {.err = "invalid file\n", .exitCode = exitCode});
     QCOMPARE(reset.outcome(true), u"There is something wrong with your initial backup file"_s);
     QCOMPARE(reset.machine.jobs(), QStringList());
     QCOMPARE(reset.left(), Reset::files());
