@@ -18,7 +18,9 @@ constexpr std::size_t largestName = 255;
 void append(std::vector<std::byte>& section, const void* data, std::size_t size)
 {
     const auto* bytes = static_cast<const std::byte*>(data);
-    section.insert(section.end(), bytes, bytes + size);
+    const std::size_t place = section.size();
+    section.resize(place + size);
+    std::copy_n(bytes, size, section.data() + place);
 }
 
 /// Takes bytes off the front; shorter than asked when the section ends.
