@@ -39,7 +39,7 @@ target_compile_options(kestro_flags INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
     $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
     # GCC 12 sees overlaps in the standard library's own strings once it optimises (its bug 105329).
-    -Wno-restrict
+    $<$<CONFIG:Release,None>:-Wno-restrict>
     -fstack-protector-strong
     "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}=.")
 target_link_options(kestro_flags INTERFACE -Wl,-z,relro -Wl,-z,now)
