@@ -193,6 +193,8 @@ void TargetWriter::readPartitionsAgain()
     if (::ioctl(m_device.fd(), BLKRRPART, 0) != 0 && !partitionNodesOf(m_target).empty()) {
         (void)runQuietly({"partx", "-u", m_target.path});
     }
+    // Whoever looks for the partitions next asks udev's database.
+    (void)runQuietly({"udevadm", "settle", "--timeout=10"});
 }
 
 } // namespace kestro::clone
