@@ -55,8 +55,15 @@ QList<RecordedPartition> parseBackupRecord(const QByteArray& json)
 
 QString backupDirectory(const QString& mountPoint, const QString& recordedDirectory)
 {
-    const bool isSeparated = mountPoint.endsWith(u'/') || recordedDirectory.startsWith(u'/');
-    return mountPoint + (isSeparated ? QString() : u"/"_s) + recordedDirectory;
+    QString first = mountPoint;
+    QString second = recordedDirectory;
+    while (first.endsWith(u'/')) {
+        first.chop(1);
+    }
+    while (second.startsWith(u'/')) {
+        second.remove(0, 1);
+    }
+    return first + u'/' + second;
 }
 
 BackupFiles listBackupFiles(const QString& directory)

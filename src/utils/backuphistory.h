@@ -43,7 +43,7 @@ struct BackupFiles
 /// object. A directory that is no text or that climbs out of its partition with ".." is left out.
 [[nodiscard]] QList<RecordedPartition> parseBackupRecord(const QByteArray& json);
 
-/// The recorded directory under the mount point of its partition.
+/// The recorded directory under the mount point of its partition, with exactly one slash between the two.
 [[nodiscard]] QString backupDirectory(const QString& mountPoint, const QString& recordedDirectory);
 
 /// What the directory holds, in the order of its listing; nothing for an empty path.

@@ -197,7 +197,8 @@ void getHistoryBackup(QList<BackupFileInfo>& list, const QString& recordFile, bo
             mountedHere.append({partition.uuid, mount.mountPoint});
         }
         for (const RecordedBackup& backup : partition.backups) {
-            const QString backupFilePath = backupDirectory(mount.mountPoint, backup.directory);
+            // Deliberately without a slash of our own: the backup was written to just this place.
+            const QString backupFilePath = mount.mountPoint + backup.directory;
             const BackupFiles files = listBackupFiles(backupFilePath);
             qInfo() << "backupFilePath = " << backupFilePath << ", kimList = " << files.images
                     << ", tarFileList = " << files.archives;
