@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "gui/tasks/BackupTask.h"
 
-#include "gui/tasks/backupplan.h"
+#include "gui/tasks/backupcheck.h"
 #include "gui/tasks/taskarguments.h"
 #include "utils/core/command.h"
 #include "utils/utils.h"
@@ -9,6 +9,8 @@
 #include <QDebug>
 #include <QDir>
 #include <QJsonObject>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -125,21 +127,23 @@ void BackupTask::carryOut(const BackupPlan& plan)
         SpawnCmd(command.program, command.args);
     }
     addJob(plan.job.from, plan.job.to, plan.job.type);
+    m_plans.append(plan);
+}
+
+bool BackupTask::areImagesGood() const
+{
+    const QStringList names = m_backupDir.isEmpty() ? QStringList() : QDir(m_backupDir).entryList({u"*.kim"_s});
+    return std::ranges::all_of(
+        names, [this](const QString& name) { return Utils::checkImageFile(m_backupDir + u'/' + name); });
 }
 
 void BackupTask::verifyImages()
 {
-    if (isFailed() || m_backupDir.isEmpty() || !QDir(m_backupDir).exists()) {
+    const bool isGone = !m_backupDir.isEmpty() && !QDir(m_backupDir).exists();
+    if (isFailed() || isGone || (areImagesGood() && std::ranges::all_of(m_plans, isDescribedAsPlanned))) {
         Q_EMIT
         finished();
         return;
     }
-    for (const QString& name : QDir(m_backupDir).entryList({u"*.kim"_s})) {
-        if (!Utils::checkImageFile(m_backupDir + u'/' + name)) {
-            setError(tr("Backup error, please try again"));
-            return;
-        }
-    }
-    Q_EMIT
-    finished();
+    setError(tr("Backup error, please try again"));
 }

@@ -2,13 +2,11 @@
 #pragma once
 
 #include "gui/tasks/Task.h"
+#include "gui/tasks/backupplan.h"
 
 #include <QJsonArray>
+#include <QList>
 #include <QString>
-
-struct BackupElement;
-struct BackupPlan;
-struct ImageSource;
 
 /// Writes images of the system partition or of its whole disk, and archives of "opt" and "var", to a directory on
 /// another partition, and checks the images that it wrote.
@@ -35,7 +33,9 @@ private:
     [[nodiscard]] ImageSource imageSource(const QString& uuid) const;
     [[nodiscard]] QString mountedDirectory(const BackupElement& element) const;
     void carryOut(const BackupPlan& plan);
+    [[nodiscard]] bool areImagesGood() const;
 
     int m_actionType = 0;
-    QString m_backupDir; ///< the first directory that an image goes to; the images in it are checked at the end
+    QList<BackupPlan> m_plans; ///< all steps, in order
+    QString m_backupDir;       ///< the first directory that an image goes to; the images in it are checked at the end
 };

@@ -3,42 +3,14 @@
 #include "gui/tasks/ManualRestoreTask.h"
 
 #include "gui/tasks/imagerecord.h"
+#include "gui/tasks/toolfile.h"
 #include "utils/core/command.h"
 
 #include <QDebug>
-#include <QFile>
-#include <QFileInfo>
 
 #include <optional>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// Makes room for a file that a tool will leave in the working directory. One of an earlier run must never be taken for
-/// it: @return false when it cannot be removed.
-bool removeFormer(const QString& fileName)
-{
-    QFile::remove(fileName);
-    return !QFileInfo::exists(fileName);
-}
-
-/// Takes the file away that a tool has left in the working directory. An archive can hold anything by that name: only
-/// an ordinary file is opened.
-std::optional<QByteArray> takeFile(const QString& fileName)
-{
-    const QFileInfo info(fileName);
-    QFile file(fileName);
-    const bool isOrdinary = info.isFile() && !info.isSymLink();
-    if (!isOrdinary || !file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    const QByteArray content = file.readAll();
-    file.remove();
-    return content;
-}
-
-} // namespace
 
 bool ManualRestoreTask::fetchImageRecord(const QString& filePath)
 {
@@ -65,13 +37,11 @@ bool ManualRestoreTask::fetchImageRecord(const QString& filePath)
 
 bool ManualRestoreTask::fetchDiskInfo(const QString& filePath)
 {
-    if (!removeFormer(m_diskInfoName)) {
+    if (!ToolFile::removeFormer(m_diskInfoName)) {
         return false;
     }
-    const QString customFile = u"kim://%1/%2"_s.arg(filePath, m_diskInfoName);
-    const bool succeeded =
-        SpawnCmd(u"sudo"_s, {u"kestro-clone"_s, u"--read-custom-file"_s, customFile, m_diskInfoName});
-    const std::optional<QByteArray> text = takeFile(m_diskInfoName);
+    const bool succeeded = SpawnCmd(u"sudo"_s, ImageRecord::readCommand(filePath));
+    const std::optional<QByteArray> text = ToolFile::take(m_diskInfoName);
     const std::optional<ImageRecord::Values> record = text && succeeded ? ImageRecord::parseFile(*text) : std::nullopt;
     if (!record) {
         return false;
@@ -87,9 +57,9 @@ QString ManualRestoreTask::fetchDataInfo(const QString& archive) const
 {
     const QString member = u"datainfo"_s;
     std::optional<QByteArray> text;
-    if (removeFormer(member)) {
+    if (ToolFile::removeFormer(member)) {
         SpawnCmd(u"sudo"_s, tarArguments(u"-xpf"_s, archive) + QStringList(member));
-        text = takeFile(member);
+        text = ToolFile::take(member);
     }
     if (!text) {
         qDebug() << "datainfo not exists!";

@@ -6,33 +6,33 @@
 #include "gui/tasks/fstablines.h"
 #include "gui/tasks/restorerules.h"
 #include "gui/tasks/taskarguments.h"
-#include "gui/tasks/wholefiles.h"
 #include "platform/udisks/VBlockDevice.h"
 #include "utils/core/command.h"
 
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QThread>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 ManualRestoreTask::ManualRestoreTask(const QJsonArray& tasks, QObject* parent)
-    : Task(parent)
+    : RestoreTask(parent)
 {
     QTimer::singleShot(0, this, [this, tasks] { setTasks(tasks); });
     connect(this, &Task::taskFinished, this, &ManualRestoreTask::onTaskFinished);
 }
 
 ManualRestoreTask::ManualRestoreTask(const QString& fromPath, QObject* parent)
-    : Task(parent)
+    : RestoreTask(parent)
     , m_fromPath(fromPath)
 {
     // Deliberately without checkJobs(): a directory that holds nothing to restore is restored at once.
+    m_checksJobs = false;
     QTimer::singleShot(0, this, [this] {
         setJobs(m_fromPath);
-        clearTargets();
-        start();
+        beginWhenWhole();
     });
     connect(this, &Task::taskFinished, this, &ManualRestoreTask::onTaskFinished);
 }
@@ -54,8 +54,15 @@ void ManualRestoreTask::setTasks(const QJsonArray& tasks)
         m_fromPath = isInside ? mountPoint + directory : QString();
         setJobs(m_fromPath);
     }
+    beginWhenWhole();
+}
+
+void ManualRestoreTask::begin()
+{
     clearTargets();
-    checkJobs();
+    if (m_checksJobs) {
+        checkJobs();
+    }
     start();
 }
 
@@ -99,10 +106,6 @@ bool ManualRestoreTask::addImage(const QString& filePath)
         refuseMismatch();
         return false;
     }
-    if (!WholeFiles::isImageWhole(filePath)) {
-        refuseBrokenFile();
-        return false;
-    }
     return true;
 }
 
@@ -122,7 +125,7 @@ bool ManualRestoreTask::addDiskImage(const QString& filePath)
     if (disk.isEmpty()) {
         return false;
     }
-    addJob(filePath, disk, JobType::Clone);
+    addImageJob(filePath, disk);
     return true;
 }
 
@@ -156,7 +159,7 @@ bool ManualRestoreTask::addPartitionImage(const QString& filePath)
     if (RestoreRules::isSystemImage(filePath) && RestoreRules::isMisdirected({m_uuid, device, m_rootUUID, rootDisk})) {
         return false;
     }
-    addJob(filePath, device, JobType::Clone);
+    addImageJob(filePath, device);
     return true;
 }
 
@@ -193,11 +196,13 @@ void ManualRestoreTask::addArchives(const QString& directory, const QStringList&
             refuseMismatch();
             return;
         }
-        if (!WholeFiles::isArchiveWhole(archive)) {
-            refuseBrokenFile();
+        const QString target = u"%1/%2"_s.arg(mountPoint, info.directory);
+        // A mount point that holds the directory's name ("/media/var") would send the archive elsewhere.
+        if (directoryOfPath(target) != mountPoint + u'/') {
+            refuseMismatch();
             return;
         }
-        addJob(archive, u"%1/%2"_s.arg(mountPoint, info.directory), JobType::TarExtract);
+        addArchiveJob(archive, target);
     }
     if (!mountPoint.isEmpty()) {
         m_mountsToClear.append(mountPoint);
@@ -220,10 +225,10 @@ void ManualRestoreTask::onTaskFinished()
         setError(tr("Cannot find the target location"));
         return;
     }
+    waitForDisk();
     restoreSwapUuid();
     resetEFI();
-    Q_EMIT
-    finished();
+    reportFinished();
 }
 
 bool ManualRestoreTask::checkFromPathIsExists() const
@@ -234,29 +239,43 @@ bool ManualRestoreTask::checkFromPathIsExists() const
     return exists;
 }
 
+void ManualRestoreTask::waitForDisk() const
+{
+    constexpr int attempts = 50;
+    constexpr unsigned long pause = 200; // ms
+    if (m_diskDrive.isEmpty() || m_rootUUID.isEmpty()) {
+        return;
+    }
+    // The kernel has read the restored partition table just now; the daemon that is asked hears of it a little later.
+    for (int attempt = 0; attempt < attempts && devicePathFromUUID(m_rootUUID).isEmpty(); ++attempt) {
+        QThread::msleep(pause);
+    }
+}
+
 void ManualRestoreTask::restoreSwapUuid()
 {
     qDebug() << "begin restore swap:" << m_diskDrive;
     QString swapDevice;
     QString swapUuid;
-    BlockDevices::forEachOnDrive(m_diskDrive, [&](VBlockDevice& device) {
-        if (device.idType() == "swap"_L1) {
-            swapDevice = device.device();
-            return;
-        }
-        const QString uuid = swapUuidOn(device);
-        if (swapUuid.isEmpty()) {
-            swapUuid = uuid;
-        }
-    });
-    if (!swapDevice.isEmpty()) {
-        qDebug() << "Swap file path:" << swapDevice;
-    }
+    BlockDevices::forEachOnDrive(m_diskDrive, [&](VBlockDevice& device) { lookForSwap(device, swapDevice, swapUuid); });
     if (swapDevice.isEmpty() || swapUuid.isEmpty()) {
         return;
     }
     qDebug() << "sudo mkswap" << swapDevice << "-U" << swapUuid;
     SpawnCmd(u"sudo"_s, {u"mkswap"_s, swapDevice, u"-U"_s, swapUuid});
+}
+
+void ManualRestoreTask::lookForSwap(VBlockDevice& device, QString& swapDevice, QString& swapUuid) const
+{
+    if (device.idType() == "swap"_L1) {
+        swapDevice = device.device();
+        qDebug() << "Swap file path:" << swapDevice;
+        return;
+    }
+    const QString uuid = swapUuidOn(device);
+    if (swapUuid.isEmpty()) {
+        swapUuid = uuid;
+    }
 }
 
 QString ManualRestoreTask::swapUuidOn(VBlockDevice& device) const
@@ -270,6 +289,8 @@ QString ManualRestoreTask::swapUuidOn(VBlockDevice& device) const
     }
     qDebug() << "find fstab!";
     QString uuid = parseSwapUuid(QString::fromUtf8(fstab.readAll()));
-    qDebug() << "swap uuid:" << uuid;
+    if (!uuid.isEmpty()) {
+        qDebug() << "swap uuid:" << uuid;
+    }
     return uuid;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "gui/tasks/Task.h"
+#include "gui/tasks/RestoreTask.h"
 
 #include <QJsonArray>
 #include <QString>
@@ -11,7 +11,7 @@ class VBlockDevice;
 
 /// Restores a backup directory: proves first that every image in it belongs to this machine, then writes the images
 /// and extracts the archives.
-class ManualRestoreTask : public Task
+class ManualRestoreTask : public RestoreTask
 {
     Q_OBJECT
 
@@ -32,7 +32,8 @@ private:
     bool addDiskImage(const QString& filePath);
     bool addPartitionImage(const QString& filePath);
     void addArchives(const QString& directory, const QStringList& names);
-    void refuseBrokenFile();
+    void begin() override;
+    void refuseBrokenFile() override;
     void refuseMismatch();
     void unmountDrive();
     void unmountDriveDevice(VBlockDevice& device);
@@ -42,9 +43,12 @@ private:
     bool fetchDiskInfo(const QString& filePath);
     [[nodiscard]] QString fetchDataInfo(const QString& archive) const;
     [[nodiscard]] bool checkFromPathIsExists() const;
+    void waitForDisk() const;
     void restoreSwapUuid();
+    void lookForSwap(VBlockDevice& device, QString& swapDevice, QString& swapUuid) const;
     [[nodiscard]] QString swapUuidOn(VBlockDevice& device) const;
 
+    bool m_checksJobs = true;    ///< an empty list is a failure
     QString m_diskDrive;         ///< drive of the last whole-disk image; not cleared between images
     QString m_uuid;              ///< partition of the last partition image; not cleared between images
     QString m_version;           ///< record version of the last image that has one

@@ -2,7 +2,6 @@
 #include "gui/tasks/SystemRestoreTask.h"
 
 #include "gui/tasks/initialimages.h"
-#include "gui/tasks/wholefiles.h"
 #include "utils/core/command.h"
 #include "utils/utils.h"
 
@@ -14,14 +13,14 @@
 using namespace Qt::StringLiterals;
 
 SystemRestoreTask::SystemRestoreTask(const QJsonArray& tasks, QObject* parent)
-    : Task(parent)
+    : RestoreTask(parent)
 {
     connect(this, &Task::taskFinished, this, &SystemRestoreTask::onTaskFinished);
     QTimer::singleShot(0, this, [this, tasks] { setTasks(tasks); });
 }
 
 SystemRestoreTask::SystemRestoreTask(const bool& formatData, QObject* parent)
-    : Task(parent)
+    : RestoreTask(parent)
     , m_refreshDataPartition(formatData)
 {
     connect(this, &Task::taskFinished, this, &SystemRestoreTask::onTaskFinished);
@@ -54,6 +53,11 @@ void SystemRestoreTask::setJobs()
             return;
         }
     }
+    beginWhenWhole();
+}
+
+void SystemRestoreTask::begin()
+{
     checkJobs();
     start();
 }
@@ -72,14 +76,9 @@ bool SystemRestoreTask::addInitialImage(const QString& directory, const QString&
     m_systemUUID = QString::fromUtf8(info.readAll()).simplified();
     const QString target = devicePathFromUUID(m_systemUUID);
     qDebug() << "fromPath:" << files.image << "toPath:" << target;
-    if (target.isEmpty()) {
-        return true;
+    if (!target.isEmpty()) {
+        addImageJob(files.image, target);
     }
-    if (!WholeFiles::isImageWhole(files.image)) {
-        refuseBrokenFile();
-        return false;
-    }
-    addJob(files.image, target, JobType::Clone);
     return true;
 }
 
@@ -95,8 +94,7 @@ void SystemRestoreTask::onTaskFinished()
         fixDataPartition();
     }
     resetEFI();
-    Q_EMIT
-    finished();
+    reportFinished();
 }
 
 bool SystemRestoreTask::hasSeparateDataPartition() const
@@ -116,6 +114,10 @@ void SystemRestoreTask::fixDataPartition()
     qDebug() << "system mount point:" << system << "data mount point:" << data;
     if (system == data) {
         qWarning() << "the last initial image is the data partition's own, 'opt' and 'var' stay!";
+        return;
+    }
+    if (!QDir(u"%1/var"_s.arg(system)).exists() && !QDir(u"%1/opt"_s.arg(system)).exists()) {
+        qWarning() << "the last initial image holds no 'opt' and 'var', those in the data partition stay!";
         return;
     }
     deleteOptAndVar(data);

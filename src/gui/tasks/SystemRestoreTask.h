@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "gui/tasks/Task.h"
+#include "gui/tasks/RestoreTask.h"
 
 #include <QJsonArray>
 #include <QString>
@@ -10,7 +10,7 @@
 /// desktops, and moves "opt" and "var" to the data partition where there is a separate one.
 ///
 /// When the recovery partition cannot be mounted the task neither starts nor fails: see Task::isStarted().
-class SystemRestoreTask : public Task
+class SystemRestoreTask : public RestoreTask
 {
     Q_OBJECT
 
@@ -29,13 +29,15 @@ private:
     void setTasks(const QJsonArray& tasks);
     void setJobs();
     bool addInitialImage(const QString& directory, const QString& entry);
-    void refuseBrokenFile();
+    void begin() override;
+    void refuseBrokenFile() override;
     void removeUserData();
     void cleanDesktops(const QString& dataMountPoint);
     void cleanDesktop(const QString& desktop);
     void wipeUserData(const QString& dataMountPoint);
     void wipeHome(const QString& dataMountPoint);
     void wipeTopLevel(const QString& dataMountPoint);
+    void wipeUnreadableNames(const QString& directory);
     [[nodiscard]] bool hasSeparateDataPartition() const;
     void fixDataPartition();
     bool forceRemove(const QString& path);

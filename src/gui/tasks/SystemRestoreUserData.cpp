@@ -7,7 +7,14 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QList>
+
+#include <filesystem>
+#include <system_error>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -16,10 +23,32 @@ namespace {
 // Everything that rm can delete: also hidden entries, and links that lead nowhere ("System").
 constexpr QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
+bool isLinkedHome(const QString& dataMountPoint)
+{
+    return QFileInfo(u"%1/home"_s.arg(dataMountPoint)).isSymLink();
+}
+
 bool liesBelow(const QString& path, const QString& directory)
 {
     const QString real = QFileInfo(directory).canonicalFilePath();
     return !real.isEmpty() && QFileInfo(path).canonicalFilePath().startsWith(real + u'/');
+}
+
+/// Inode numbers of the entries whose names are no UTF-8, which Qt leaves out of its listings.
+QList<quint64> entriesWithoutReadableName(const QString& directory)
+{
+    QList<quint64> inodes;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(QFile::encodeName(directory).constData(), ignored)) {
+        const QByteArray name = QByteArray::fromStdString(entry.path().filename().native());
+        struct stat status
+        {
+        };
+        if (QString::fromUtf8(name).toUtf8() != name && ::lstat(entry.path().c_str(), &status) == 0) {
+            inodes.append(status.st_ino);
+        }
+    }
+    return inodes;
 }
 
 } // namespace
@@ -46,7 +75,8 @@ void SystemRestoreTask::cleanDesktops(const QString& dataMountPoint)
 {
     qDebug() << "do not remove user data!";
     const QDir home(u"%1/home/"_s.arg(dataMountPoint));
-    if (!home.exists()) {
+    // A link in the place of home would lead to files elsewhere.
+    if (!home.exists() || isLinkedHome(dataMountPoint)) {
         // Deliberately without unmounting.
         qDebug() << "Remove desktop file: don't found home dir!";
         return;
@@ -91,8 +121,7 @@ void SystemRestoreTask::wipeUserData(const QString& dataMountPoint)
 void SystemRestoreTask::wipeHome(const QString& dataMountPoint)
 {
     const QString home = u"%1/home/"_s.arg(dataMountPoint);
-    // A link in the place of home would lead to files elsewhere.
-    const bool isLink = QFileInfo(u"%1/home"_s.arg(dataMountPoint)).isSymLink();
+    const bool isLink = isLinkedHome(dataMountPoint);
     const QStringList entries = isLink ? QStringList() : QDir(home).entryList(everything);
     qDebug() << "home dir entry:" << entries;
     for (const QString& entry : entries) {
@@ -106,6 +135,9 @@ void SystemRestoreTask::wipeHome(const QString& dataMountPoint)
         qDebug() << "failed to rm dirPath = " << path << ", err = " << error;
         qDebug() << "try rm force ...";
         forceRemove(path);
+    }
+    if (!isLink) {
+        wipeUnreadableNames(home);
     }
 }
 
@@ -124,6 +156,20 @@ void SystemRestoreTask::wipeTopLevel(const QString& dataMountPoint)
         qDebug() << "failed to rm filePath = " << path << ", err = " << QString();
         qDebug() << "try rm force ...";
         forceRemove(path);
+    }
+    wipeUnreadableNames(u"%1/"_s.arg(dataMountPoint));
+}
+
+void SystemRestoreTask::wipeUnreadableNames(const QString& directory)
+{
+    for (const quint64 inode : entriesWithoutReadableName(directory)) {
+        qDebug() << "rm entry without a readable name in" << directory << "inode" << inode;
+        const bool isRemoved = SpawnCmd(u"sudo"_s,
+            {u"find"_s, directory, u"-mindepth"_s, u"1"_s, u"-maxdepth"_s, u"1"_s, u"-inum"_s, QString::number(inode),
+                u"-exec"_s, u"rm"_s, u"-rf"_s, u"{}"_s, u"+"_s});
+        if (!isRemoved) {
+            qWarning() << "failed to rm the entry without a readable name";
+        }
     }
 }
 

@@ -4,7 +4,6 @@
 #include "gui/tasks/progress.h"
 
 #include <QDebug>
-#include <QProcessEnvironment>
 
 #include <algorithm>
 
@@ -69,9 +68,7 @@ void Task::start()
 void Task::startJob(const Job& job)
 {
     m_process = job.process;
-    QProcessEnvironment environment;
-    environment.insert(u"LC_ALL"_s, u"C"_s);
-    m_process->setProcessEnvironment(environment);
+    m_process->setProcessEnvironment(jobEnvironment());
     if (job.type == JobType::Clone) {
         connect(m_process.get(), &QProcess::readyReadStandardOutput, this, &Task::onCloneOutput);
     } else {

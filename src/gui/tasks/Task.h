@@ -45,8 +45,8 @@ public:
     /// Runs the next job; with none left, reports the end of all jobs. Does nothing after a failure.
     void start();
 
-    /// Whether start() was ever called. A task that has neither started nor failed once its zero-delay timers have
-    /// run can never report anything.
+    /// Whether start() was ever called, or what comes before it is under way. A task that has neither started nor
+    /// failed once its zero-delay timers have run can never report anything.
     [[nodiscard]] bool isStarted() const { return m_isStarted; }
     [[nodiscard]] bool isFailed() const { return m_isError; }
 
@@ -112,6 +112,9 @@ protected:
 
     /// Deletes "opt" and "var" under @p rootPath, also what is immutable; nothing for an empty path.
     void deleteOptAndVar(const QString& rootPath);
+
+    /// For work before start() that will lead to it or to a failure.
+    void setStarted() { m_isStarted = true; }
 
     const QString m_tmpMountPath = QStringLiteral("/tmp/arx"); ///< base of temporary mount points
     const QString m_diskInfoName = ImageRecord::name;          ///< the record's name inside every image

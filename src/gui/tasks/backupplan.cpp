@@ -39,7 +39,7 @@ BackupPlan planImage(const ImageSource& source, const QString& directory, const 
     return {{asRoot({u"mkdir"_s, u"-p"_s, directory}), asRoot({u"setfacl"_s, u"-m"_s, u"o:rwx"_s, directory}),
                 asRoot({u"/lib/kestro-recovery-gui/scripts/write-file"_s, ImageRecord::name, record}),
                 asRoot({u"kestro-clone"_s, u"--write-custom-file"_s, customFile, ImageRecord::name})},
-        {JobType::Clone, source.device, image}};
+        {JobType::Clone, source.device, image}, QString(record).replace("\\n"_L1, "\n"_L1)};
 }
 
 BackupPlan planArchive(const DirectorySource& source, const QString& directory)
@@ -50,5 +50,6 @@ BackupPlan planArchive(const DirectorySource& source, const QString& directory)
     return {{asRoot({u"/lib/kestro-recovery-gui/scripts/create-data-info"_s, source.uuid, source.name, info}),
                 asRoot(tarArguments(u"-cpf"_s, archive) + QStringList{u"-C"_s, source.mountPoint, u"datainfo"_s}),
                 asRoot({u"rm"_s, info})},
-        {JobType::TarAppend, u"%1/%2"_s.arg(source.mountPoint, source.name), archive}};
+        {JobType::TarAppend, u"%1/%2"_s.arg(source.mountPoint, source.name), archive},
+        u"UUID=%1\nDirectory=%2"_s.arg(source.uuid, source.name)};
 }

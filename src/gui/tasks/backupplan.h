@@ -31,6 +31,7 @@ struct BackupPlan
 {
     QList<Command> preparations;
     PlannedJob job;
+    QString description; ///< what the image or archive must say about itself in the end
 };
 
 /// What is imaged, and the text that says so inside the image.

@@ -20,6 +20,11 @@ std::optional<ImageRecord::Line> ImageRecord::parseLine(const QString& descripti
     return std::nullopt;
 }
 
+QStringList ImageRecord::readCommand(const QString& path)
+{
+    return {u"kestro-clone"_s, u"--read-custom-file"_s, u"kim://%1/%2"_s.arg(path, name), name};
+}
+
 std::optional<ImageRecord::Values> ImageRecord::parseFile(const QByteArray& text)
 {
     // A list, a comment, an escape.

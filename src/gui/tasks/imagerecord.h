@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QLatin1StringView>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -33,6 +34,9 @@ struct Line
 
 /// The first line that contains "DiskDrive=" or "UUID=", with what follows its last "="; nothing when there is none.
 [[nodiscard]] std::optional<Line> parseLine(const QString& description);
+
+/// The arguments of "sudo" that read the record of the image at @p path into the working directory.
+[[nodiscard]] QStringList readCommand(const QString& path);
 
 /// A record file. Nothing when it holds a character that has a meaning of its own in an INI value: no tool of ours
 /// writes one, and the value would be read as another one than it says.

@@ -25,6 +25,13 @@ constexpr std::array archiveJobs{
 
 } // namespace
 
+QProcessEnvironment jobEnvironment()
+{
+    QProcessEnvironment environment;
+    environment.insert(u"LC_ALL"_s, u"C"_s);
+    return environment;
+}
+
 QString nameOfPath(const QString& path)
 {
     return path.split(u'/').constLast().simplified();

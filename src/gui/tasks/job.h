@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QSharedPointer>
 #include <QString>
 #include <QStringList>
@@ -22,6 +23,9 @@ struct Job
     QString to;                       ///< an archive to write, or a directory or device to restore to
     QString from;                     ///< a device, directory, image or archive to read
 };
+
+/// The environment of jobs: nothing but the plain locale.
+[[nodiscard]] QProcessEnvironment jobEnvironment();
 
 /// A short command that a task runs at once.
 struct Command

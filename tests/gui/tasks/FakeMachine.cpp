@@ -68,9 +68,10 @@ FakeMachine::FakeMachine()
         udisks.addDevice(device(row.name));
     }
     writeInstalledSystem();
-    for (const QString& script : {u"write-file"_s, u"resetEFI"_s, u"reset-grub"_s}) {
+    for (const QString& script : {u"resetEFI"_s, u"reset-grub"_s}) {
         programs.reply({scripts + script});
     }
+    programs.reply({scripts + u"write-file"_s}, {.snippet = R"(printf '%b' "$2" >"$1")"});
     programs.reply(
         {scripts + u"create-data-info"_s}, {.snippet = R"(printf 'UUID=%s\nDirectory=%s\n' "$1" "$2" >"$3")"});
     QDir::setCurrent(m_workingDirectory.path());
@@ -115,7 +116,11 @@ void FakeMachine::allowFileCommands()
 
 void FakeMachine::allowImages()
 {
-    programs.reply({u"kestro-clone"_s, u"--write-custom-file"_s});
+    // Beside the image it is not lost when the image is written.
+    programs.reply(
+        {u"kestro-clone"_s, u"--write-custom-file"_s}, {.snippet = R"(f=${2#kim://}; cp "$3" "${f%/*}.info")"});
+    programs.reply(
+        {u"kestro-clone"_s, u"--read-custom-file"_s}, {.snippet = R"(f=${2#kim://}; cp "${f%/*}.info" "$3")"});
     programs.reply({u"kestro-clone"_s, u"--tui"_s}, {.snippet = R"([ -b "$3" ] || printf image >"$3")"});
     programs.reply({u"kestro-clone"_s, u"--kim-info"_s});
     programs.reply({u"kestro-clone"_s, u"--verify"_s});

@@ -5,6 +5,7 @@
 #include "gui/tasks/TaskRun.h"
 #include "sandbox/Sandbox.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTest>
 
@@ -39,6 +40,8 @@ private Q_SLOTS:
     void onlyTheFirstDirectoryIsChecked();
     void badImage_data();
     void badImage();
+    void missingDescription_data();
+    void missingDescription();
     void backupAndRestore();
 };
 
@@ -48,6 +51,11 @@ void BackupTaskTest::systemBackupCalls()
     machine.allowFileCommands();
     machine.allowImages();
     machine.programs.reply({u"sudo"_s, u"tar"_s});
+    for (const QString& name : {u"opt"_s, u"var"_s}) {
+        const QString archive = u"/media/TARGET/b//%1.tar"_s.arg(name);
+        machine.programs.reply({u"sudo"_s, u"tar"_s, u"--occurrence=1"_s, u"-xOf"_s, archive},
+            "UUID=DATA\nDirectory="_ba + name.toUtf8() + '\n');
+    }
     TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)}, systemBackup);
     QCOMPARE(run.outcome(), u"finished"_s);
     const QString dir = u"/media/TARGET/b/"_s;
@@ -62,8 +70,10 @@ void BackupTaskTest::systemBackupCalls()
             u"tar -cpf %1/var.tar -C /media/DATA datainfo"_s.arg(dir), u"rm /media/DATA/datainfo"_s,
             u"kestro-clone --tui /dev/sda3 %1system.kim"_s.arg(dir),
             u"tar -rpf %1/opt.tar -C /media/DATA/ opt"_s.arg(dir),
-            u"tar -rpf %1/var.tar -C /media/DATA/ var"_s.arg(dir),
-            u"kestro-clone --kim-info %1/system.kim"_s.arg(dir)}));
+            u"tar -rpf %1/var.tar -C /media/DATA/ var"_s.arg(dir), u"kestro-clone --kim-info %1/system.kim"_s.arg(dir),
+            u"kestro-clone --read-custom-file kim://%1system.kim/DiskInfo DiskInfo"_s.arg(dir),
+            u"tar --occurrence=1 -xOf %1/opt.tar datainfo"_s.arg(dir),
+            u"tar --occurrence=1 -xOf %1/var.tar datainfo"_s.arg(dir)}));
     QVERIFY(!machine.udisks.callLines().contains(u"Unmount sda5"_s));
 }
 
@@ -151,6 +161,27 @@ void BackupTaskTest::badImage()
     machine.programs.reply(
         {u"kestro-clone"_s, u"--kim-info"_s, u"/media/TARGET/b//system.kim"_s}, {.out = out, .err = err});
     TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, systemBackup);
+    QCOMPARE(run.outcome(), u"Backup error, please try again"_s);
+}
+
+void BackupTaskTest::missingDescription_data()
+{
+    QTest::addColumn<QStringList>("command");
+    const QString scripts = u"/lib/kestro-recovery-gui/scripts/"_s;
+    QTest::newRow("of the image") << QStringList{u"sudo"_s, u"kestro-clone"_s, u"--read-custom-file"_s};
+    QTest::newRow("of the archives") << QStringList{u"sudo"_s, scripts + u"create-data-info"_s};
+}
+
+void BackupTaskTest::missingDescription()
+{
+    // No preparation is looked at when it runs, and tar makes an archive without its description, too.
+    QFETCH(const QStringList, command);
+    FakeMachine machine;
+    machine.allowFileCommands();
+    machine.allowImages();
+    QVERIFY(QDir().mkpath(u"/media/DATA/opt"_s) && QDir().mkpath(u"/media/DATA/var"_s));
+    machine.programs.reply(command, {.exitCode = 1});
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)}, systemBackup);
     QCOMPARE(run.outcome(), u"Backup error, please try again"_s);
 }
 

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <filesystem>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -88,6 +90,9 @@ private Q_SLOTS:
     void homeThatIsAFile();
     void dataOnTheRootPartition();
     void unknownRootPartition();
+    void namesThatAreNoUtf8();
+    void homeThatIsALink();
+    void imageWithoutOptAndVar();
     void stubbornEntries();
     void orderOfCompletion();
     void copyFails();
@@ -194,6 +199,42 @@ void SystemRestoreTaskTest::homeThatIsAFile()
     Sandbox::writeFile(u"/media/DATA/home"_s, "a file");
     QCOMPARE(reset.outcome(true), u"finished"_s);
     QVERIFY(!QFile::exists(u"/media/DATA/home"_s));
+}
+
+void SystemRestoreTaskTest::namesThatAreNoUtf8()
+{
+    // Such an entry cannot even be named in a QString, but it is a person's file all the same.
+    Reset reset;
+    reset.machine.programs.passThrough({u"find"_s});
+    const std::filesystem::path name = "latin1-\xe9";
+    const std::filesystem::path inHome = std::filesystem::path("/media/DATA/home") / name;
+    const std::filesystem::path atTheTop = std::filesystem::path("/media/DATA") / name;
+    QVERIFY(std::filesystem::create_directories(inHome / "below") && std::filesystem::create_directories(atTheTop));
+    QCOMPARE(reset.outcome(true), u"finished"_s);
+    QVERIFY(!std::filesystem::exists(inHome));
+    QVERIFY(!std::filesystem::exists(atTheTop));
+    QCOMPARE(reset.left(), (QStringList{u"/root/kept"_s, u"/lost+found/kept"_s}));
+}
+
+void SystemRestoreTaskTest::homeThatIsALink()
+{
+    Reset reset;
+    Sandbox::writeFile(u"/media/ROOT/home/alice/Desktop/game.desktop"_s, "of the other partition");
+    QVERIFY(QDir(u"/media/DATA/home"_s).removeRecursively());
+    QVERIFY(QFile::link(u"/media/ROOT/home"_s, u"/media/DATA/home"_s));
+    QCOMPARE(reset.outcome(false), u"finished"_s);
+    QVERIFY(QFile::exists(u"/media/ROOT/home/alice/Desktop/game.desktop"_s));
+    QCOMPARE(reset.outcome(true), u"finished"_s);
+    QVERIFY(QFile::exists(u"/media/ROOT/home/alice/Desktop/game.desktop"_s));
+}
+
+void SystemRestoreTaskTest::imageWithoutOptAndVar()
+{
+    // The last image by name need not be the system's.
+    Reset reset;
+    QVERIFY(QDir(u"/media/ROOT/opt"_s).removeRecursively() && QDir(u"/media/ROOT/var"_s).removeRecursively());
+    QCOMPARE(reset.outcome(false), u"finished"_s);
+    QVERIFY(reset.left().contains(u"/opt/app"_s) && reset.left().contains(u"/var/state"_s));
 }
 
 void SystemRestoreTaskTest::dataOnTheRootPartition()

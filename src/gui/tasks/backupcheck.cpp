@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "gui/tasks/backupcheck.h"
+
+#include "gui/tasks/imagerecord.h"
+#include "gui/tasks/toolfile.h"
+#include "utils/core/command.h"
+
+#include <QDebug>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString recordIn(const QString& image)
+{
+    if (!ToolFile::removeFormer(ImageRecord::name)) {
+        return {};
+    }
+    SpawnCmd(u"sudo"_s, ImageRecord::readCommand(image));
+    return QString::fromUtf8(ToolFile::take(ImageRecord::name).value_or(QByteArray()));
+}
+
+QString firstMemberOf(const QString& archive)
+{
+    QString text;
+    QString error;
+    // Ends at the first member of that name, however large the archive is.
+    SpawnCmd(u"sudo"_s, {u"tar"_s, u"--occurrence=1"_s, u"-xOf"_s, archive, u"datainfo"_s}, text, error);
+    return text;
+}
+
+} // namespace
+
+bool isDescribedAsPlanned(const BackupPlan& plan)
+{
+    const QString text = plan.job.type == JobType::Clone ? recordIn(plan.job.to) : firstMemberOf(plan.job.to);
+    const bool isRight = text.trimmed() == plan.description.trimmed();
+    if (!isRight) {
+        qWarning() << "wrong description:" << plan.job.to << text << "instead of" << plan.description;
+    }
+    return isRight;
+}
