@@ -48,10 +48,15 @@ std::optional<FsUsage> usageOf(const Number& total, const Number& free)
     return total && free ? std::optional(FsUsage{*total, *free}) : std::nullopt;
 }
 
-/// The line that describes the device itself; the label, which is anybody's text, stands before "Total devices".
+/// The line that describes the device itself; the label, which is anybody's text, stands before the line that begins
+/// with "Total devices".
 QString btrfsDeviceLine(const QString& report, const QString& path)
 {
-    const QStringList lines = report.mid(report.indexOf("Total devices"_L1)).split(u'\n');
+    const QRegularExpressionMatch heading = firstMatch(report, uR"(^\s*Total devices )"_s);
+    if (!heading.hasMatch()) {
+        return {};
+    }
+    const QStringList lines = report.mid(heading.capturedEnd()).split(u'\n');
     for (const QString& line : lines) {
         // Whole words: "/dev/loop1" also begins "/dev/loop10".
         if (line.simplified().split(u' ').contains(path)) {
@@ -95,6 +100,10 @@ std::optional<FsUsage> parseNilfsReport(const QString& report)
 std::optional<FsUsage> parseFatReport(const QString& report, const QString& path)
 {
     const QString lines = wholeLines(report);
+    if (report.isEmpty()) {
+        // Deliberate: a report without lines is an empty file system, unlike one that cannot be understood.
+        return FsUsage{0, 0};
+    }
     const Number clusterSize = numberAt(lines, uR"(^\s*(\d+) bytes per cluster)"_s);
     const Number dataArea = numberAt(lines, uR"(^Data area starts at byte (\d+))"_s);
     // "/dev/sda1: 3 files, 12/32695 clusters"; the path keeps a file's name from passing for this line.

@@ -127,6 +127,10 @@ void UsageReportsTest::oddReports_data()
     row(u"btrfs"_s, "only another device", btrfs + u"\tdevid 1 size 64.00MiB used 8.00MiB path /dev/sdz10\n"_s, {});
     row(u"btrfs"_s, "a label that looks like the line",
         u"Label: 'Total devices size 90.00MiB used 10.00KiB path /dev/sdz1'\n"_s, {});
+    row(u"btrfs"_s, "a label that names the device",
+        u"Label: 'Total devices /dev/sdz1 size 9.99GiB used 1.00GiB'\n\tTotal devices 1 FS bytes used 1.00MiB\n"
+        "\tdevid 1 size 64.00MiB used 8.00MiB path /dev/sdz1\n"_s,
+        u"67108864 58720256"_s);
     row(u"btrfs"_s, "more used than there is", btrfs + u"\tdevid 1 size 8.00MiB used 64.00MiB path /dev/sdz1\n"_s, {});
     row(u"dumpe2fs"_s, "only the reserved count", u"Reserved block count: 5\nFree blocks: 1\nBlock size: 1024\n"_s, {});
     row(u"dumpe2fs"_s, "the product does not fit",
@@ -146,7 +150,7 @@ void UsageReportsTest::oddReports_data()
         u"  2048 bytes per cluster\nData area starts at byte 512 (sector 1)\n/dev/sdz1: 1 files, 4/4 clusters\n"_s,
         u"8192 -512"_s);
     for (const QString& tool : {u"btrfs"_s, u"dumpe2fs"_s, u"ntfsinfo"_s, u"dosfsck"_s, u"nilfs-tune"_s}) {
-        row(tool, "nothing", {}, {});
+        row(tool, "nothing", {}, tool == "dosfsck"_L1 ? u"0 0"_s : QString());
         row(tool, "1 MiB", QString(1 << 20, u'9') + u'\n', {});
         row(tool, "overrides", QString(255, QChar(0x202E)) + u"\n%n\n\0\n"_s, {});
     }
