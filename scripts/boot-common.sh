@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
-# What both boot-repair scripts need of a script: options, a mount namespace of their own, clean-up. Sourced only.
+# What the scripts that change how a machine starts need of a script: options, a mount namespace of their own, clean-up. Sourced only.
 
 die() {
     printf '%s: %s\n' "${0##*/}" "$1" >&2
@@ -15,7 +15,7 @@ note() {
 # for help needs none.
 enter_private_namespace() {
     case ${1:-} in -h | --help) usage; exit 0 ;; esac
-    [ "$(id -u)" = 0 ] || die "only root can repair the boot loader"
+    [ "$(id -u)" = 0 ] || die "only root can do this"
     if [ "${KESTRO_BOOT_NAMESPACE:-}" != private ]; then
         KESTRO_BOOT_NAMESPACE=private exec unshare --mount --propagation private -- "$(readlink -f -- "$0")" "$@"
     fi
@@ -31,11 +31,16 @@ enter_private_namespace() {
 
 # rmdir, not rm: whatever could not be unmounted must not be emptied.
 clean_up() {
-    if mountpoint -q -- "$system"; then
-        sync -f -- "$system" || true
-        umount --recursive -- "$system" || umount --recursive --lazy -- "$system" || true
-    fi
-    rmdir -- "$system" "$work" || true
+    local point
+    for point in "$work"/*/; do
+        point=${point%/}
+        if mountpoint -q -- "$point"; then
+            sync -f -- "$point" || true
+            umount --recursive -- "$point" || umount --recursive --lazy -- "$point" || true
+        fi
+        rmdir -- "$point" || true
+    done
+    rmdir -- "$work" || true
 }
 
 # Sets dry_run, and arguments to the words that are left.

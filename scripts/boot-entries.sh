@@ -39,7 +39,8 @@ loader_in() {
 }
 
 # The folder of the EFI partition that holds the installed system's loader: the one with the system's own name,
-# else the first that has one. Empty when there is none. EFI/BOOT is the fallback, not a system's own.
+# else the first that has one. Empty when there is none. EFI/BOOT is the fallback and EFI/kestro-recovery the recovery
+# partition's, neither is a system's own.
 loader_folder() {
     local efi own folder
     efi=$(find_nocase "$system/boot/efi" EFI)
@@ -47,7 +48,7 @@ loader_folder() {
     own=$(find_nocase "$efi" "$(os_release ID)")
     for folder in ${own:+"$own"} "$efi"/*/; do
         folder=${folder%/}
-        case ${folder##*/} in [Bb][Oo][Oo][Tt] | [Mm]icrosoft) continue ;; esac
+        case ${folder##*/} in [Bb][Oo][Oo][Tt] | [Mm]icrosoft | kestro-recovery) continue ;; esac
         [ -z "$(loader_in "$folder")" ] || { printf '%s\n' "$folder"; return; }
     done
 }
@@ -94,10 +95,11 @@ put_boot_entry_first() {
     loader=$(loader_in "$folder")
     write_fallback_loader "$loader"
     booted_through_uefi || return 0
-    keep_one_entry_first "$1" "${loader#"$system/boot/efi"}"
+    keep_one_entry_first "$1" "${loader#"$system/boot/efi"}" "$(entry_id)"
+    keep_recovery_entry_first "$1"
 }
 
-# keep_one_entry_first EFI_DEVICE LOADER: LOADER is a path on the EFI partition.
+# keep_one_entry_first EFI_DEVICE LOADER LABEL: LOADER is a path on the EFI partition.
 keep_one_entry_first() {
     local partition loader=${2//\//\\} numbers extra first order
     partition=$(blkid -c /dev/null -p -o value -s PART_ENTRY_UUID -- "$1")
@@ -105,7 +107,7 @@ keep_one_entry_first() {
     mapfile -t numbers < <(firmware_entries "$partition" "$loader")
     if [ "${#numbers[@]}" -eq 0 ]; then
         run efibootmgr --quiet --create-only --disk "$(disk_of "$1")" --part "$(partition_number "$1")" \
-            --label "$(entry_id)" --loader "$loader"
+            --label "$3" --loader "$loader"
         mapfile -t numbers < <(firmware_entries "$partition" "$loader")
         [ "${#numbers[@]}" -gt 0 ] || [ -n "$dry_run" ] || die "the firmware did not keep the new boot entry"
     fi

@@ -147,6 +147,7 @@ install_grub_for_bios() {
     [ -n "$1" ] || die "the disk of the installed system was not found"
     tool=$(system_tool grub-install grub2-install) || die "the installed system has no grub-install"
     run_in_system "$tool" --target=i386-pc --recheck "$1"
+    embed_recovery_grub "$1"
 }
 
 # A distribution whose loaders are signed may refuse to build one; what lies on the EFI partition then serves.

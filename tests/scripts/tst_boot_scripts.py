@@ -161,6 +161,33 @@ class BootScripts(unittest.TestCase):
                 self.assertEqual((code, calls), (0, expected), text)
         self.assertEqual(self.call("bios", "reset-grub", "", boot, GRUB_FAILS="1")[:2], (1, expected[:1]))
 
+    def test_the_loader_of_the_recovery_partition_stays_in_front(self):
+        self.put_loaders(testos__grubx64_efi="grub", **{"kestro-recovery__grubx64_efi": "recovery"})
+        for _ in range(2):
+            code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+            self.assertEqual(code, 0, text)
+        self.assertEqual(self.firmware()["order"], ["0002", "0001", "0000"])
+        self.assertEqual(self.firmware()["entries"]["0002"],
+                         [True, "Kestro Recovery", self.own_entry(r"\EFI\kestro-recovery\grubx64.efi")])
+        with self.mounted(EFI) as efi:
+            (efi / "EFI/testos/grubx64.efi").unlink()
+        code, calls, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+        self.assertEqual((code, len(calls)), (0, 1), text)
+        self.assertEqual(self.loaders()["EFI/testos/grubx64.efi"], "new\n")
+
+    def test_the_grub_of_the_recovery_partition_is_put_back(self):
+        words = (self.disk.parts[BOOT], "legacy", self.disk.device)
+        with self.mounted(ROOT) as root:
+            (root / "etc/kestro").mkdir()
+            (root / "etc/kestro/system-recovery.conf").write_text(f"UUID={self.disk.uuid(FOREIGN)}\n")
+        self.assertEqual(len(self.call("bios", "resetEFI", *words)[1]), 2)
+        with self.mounted(FOREIGN) as recovery:
+            (recovery / "boot/grub/i386-pc").mkdir(parents=True)
+            (recovery / "boot/grub/i386-pc/core.img").touch()
+        code, calls, text = self.call("bios", "resetEFI", *words)
+        self.assertEqual((code, calls[:2]), (0, [f"grub-install --target=i386-pc --recheck {self.disk.device}",
+                                                 f"grub-bios-setup {self.disk.device}"]), text)
+
     def test_the_system_is_found_without_the_command_line(self):
         (self.folder / "cmdline").write_text("quiet\n")
         code, _, text = self.call("bios", "reset-grub", "", self.disk.parts[BOOT])

@@ -1,0 +1,83 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash
+# The recovery partition's own GRUB. Sourced only.
+# shellcheck disable=SC2154  # variables of the installer and of the files sourced beside this one
+
+# The folder of the installed system's boot menu as GRUB finds it on its file system.
+menu_folder() {
+    local name=grub
+    [ ! -d "$system/boot/grub2" ] || name=grub2
+    if [ -n "$(fstab_uuid /boot)" ]; then
+        printf '/%s\n' "$name"
+    else
+        printf '%s/boot/%s\n' "${system_subvolume:+/$system_subvolume}" "$name"
+    fi
+}
+
+# The file that BIOS GRUB of the installed system consists of; empty when it is not there.
+loader_core() {
+    find "$system/boot/grub" "$system/boot/grub2" -path '*/i386-pc/core.img' -print -quit 2>/dev/null || true
+}
+
+# The commands that start the installed system's own GRUB, with its own modules, menu and remembered choices.
+start_system() {
+    if booted_through_uefi; then
+        local loader
+        loader=$(loader_in "$(loader_folder)")
+        printf '    search --no-floppy --fs-uuid --set=root %s\n' "$(fstab_uuid /boot/efi)"
+        printf '    chainloader %s\n' "${loader#"$system/boot/efi"}"
+    else
+        printf '    multiboot (%s)%s/i386-pc/core.img\n' "\$menu" "$(menu_folder)"
+    fi
+}
+
+# A menu that shows itself only when a key is pressed, or when the system's own menu cannot be read.
+recovery_menu() {
+    local title uuid
+    title=$(os_release PRETTY_NAME)
+    title=${title//[^A-Za-z0-9 ._()+\/-]/}
+    uuid=$(fstab_uuid /boot)
+    cat <<CFG
+# Written by kestro-recovery-install.
+for module in part_gpt part_msdos ext2 xfs btrfs f2fs lvm fat; do
+    insmod \$module
+done
+set timeout_style=countdown
+set fallback=kestro-recovery
+search --no-floppy --fs-uuid --set=menu ${uuid:-$root_uuid}
+if [ -n "\$menu" -a -s "(\$menu)$(menu_folder)/grub.cfg" ]; then
+    set default=system
+    set timeout=2
+else
+    set default=kestro-recovery
+    set timeout=5
+fi
+
+menuentry '${title:-Installed system}' --id system {
+$(start_system)
+}
+
+$(menu_entry)
+CFG
+}
+
+install_recovery_grub() {
+    recovery_menu >"$work/grub.cfg"
+    if booted_through_uefi; then
+        install_recovery_loader
+    else
+        grub-install --target=i386-pc "--boot-directory=$partition/boot" --recheck "$boot_disk"
+    fi
+    put_file "$work/grub.cfg" "$partition/boot/grub/grub.cfg"
+    rm -f -- "$work/grub.cfg"
+    sync -f -- "$partition"
+    ! booted_through_uefi || keep_recovery_entry_first "$(device_at /boot/efi)"
+}
+
+# A signed GRUB reads the installed system's menu instead of the recovery partition's, so it is not used.
+install_recovery_loader() {
+    local unsigned=()
+    ! grub-install --help | grep -q -- --no-uefi-secure-boot || unsigned=(--no-uefi-secure-boot)
+    grub-install "--target=$efi_target" "--efi-directory=$system/boot/efi" "--boot-directory=$partition/boot" \
+        --bootloader-id=kestro-recovery --no-nvram --recheck "${unsigned[@]}"
+}

@@ -1,0 +1,225 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The installer of the recovery partition on a disk of loop devices, with stand-ins for GRUB and the firmware."""
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parents[1] / "dev"))
+
+from kestrolab.disk import LoopDisk, Mounted, skip_without_loop_devices  # noqa: E402
+
+INSTALL = HERE.parents[1] / "recovery-image/install"
+CLONE = pathlib.Path(sys.argv.pop(1)).parent
+# The stand-ins for the installed system's tools and the firmware are those of the boot-repair scripts.
+FAKES = f"{HERE / 'fakes'}:{HERE.parent / 'scripts/fakes'}"
+EFI, BOOT, ROOT, DATA, RECOVERY, SMALL, GRUB = range(7)
+BIOS_BOOT, LINUX = "21686148-6449-6E6F-744E-656564454649", "0FC63DAF-8483-4772-8E79-3D69D8477DE4"
+STAGE = 'mount --make-rprivate / && mount -t tmpfs none /sys/firmware && { [ "$1" != uefi ] || mkdir /sys/firmware/efi; } &&' \
+        ' shift && exec "$@"'
+KERNEL = "6.1.0-9-amd64"
+
+
+def efi_file_system():
+    kinds = pathlib.Path("/proc/filesystems").read_text().split()
+    return ["mkfs.vfat"] if "vfat" in kinds else ["mkfs.ext4", "-q"]
+
+
+class RecoveryInstall(unittest.TestCase):
+    def setUp(self):
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.folder = pathlib.Path(holder.name)
+        ext4 = ["mkfs.ext4", "-q"]
+        self.disk = LoopDisk.create(self.folder / "disk.img", [
+            (40, efi_file_system()), (16, ext4), (48, ext4), (24, ext4), (160, ext4), (48, ext4), (1, ["true"])])
+        self.addCleanup(self.disk.detach)
+        self.set_type(GRUB, BIOS_BOOT)
+        for name in ("tmp", "image", "modules/i386-pc", "modules/x86_64-efi"):
+            (self.folder / name).mkdir(parents=True)
+        for name in ("vmlinuz", "initrd.img", "filesystem.squashfs"):
+            (self.folder / "image" / name).write_text(f"content of {name}\n")
+        (self.folder / "image/manifest.txt").write_text(f"bash 5\nlinux-image-{KERNEL} 6.1.1\nlinux-image-amd64 6.1.1\n")
+        self.firmware(entries={"0000": [True, "testos", self.own_entry(r"\EFI\testos\grubx64.efi")]}, order=["0000"])
+        self.install_system()
+
+    def set_type(self, number, value):
+        subprocess.run(["sfdisk", "--quiet", "--no-reread", "--no-tell-kernel", "--part-type",
+                        self.disk.own(self.disk.device), str(number + 1), value], check=True)
+
+    def own_entry(self, loader):
+        return f"HD(1,GPT,{self.disk.probe(EFI, 'PART_ENTRY_UUID')},0x800,0x100000)/File({loader})"
+
+    def firmware(self, **content):
+        file = self.folder / "firmware"
+        if content:
+            file.write_text(json.dumps(content))
+        return json.loads(file.read_text())
+
+    def mounted(self, number):
+        return Mounted(self.disk, number, self.folder / "point")
+
+    def write(self, number, files):
+        with self.mounted(number) as folder:
+            for name, text in files.items():
+                (folder / name).parent.mkdir(parents=True, exist_ok=True)
+                (folder / name).write_text(text)
+
+    def read(self, number):
+        """Path → text of the partition's files, but for the contents of images."""
+        with self.mounted(number) as folder:
+            return {str(path.relative_to(folder)): "" if path.suffix == ".kim" else path.read_text()
+                    for path in sorted(folder.rglob("*")) if path.is_file()}
+
+    def install_system(self):
+        uuid = self.disk.uuid
+        self.write(ROOT, {
+            "etc/fstab": f"UUID={uuid(ROOT)} / ext4 defaults 0 1\nUUID={uuid(BOOT)} /boot ext4 defaults 0 2\n"
+                         f"UUID={uuid(EFI)} /boot/efi auto umask=0077 0 2\nUUID={uuid(DATA)} /data ext4 defaults 0 2\n",
+            "etc/os-release": 'ID=testos\nPRETTY_NAME="Test $(reboot) OS \'1\'"\n', "etc/grub.d/00_header": "#!/bin/sh\n"})
+        with self.mounted(ROOT) as root:
+            for name in ("boot", "usr/sbin", "dev", "proc", "sys", "run", "opt", "var"):
+                (root / name).mkdir(parents=True)
+            (root / "usr/sbin/grub-mkconfig").touch(0o755)
+        self.write(BOOT, {"efi/.keep": "", "grub/i386-pc/core.img": "core", "grub/grub.cfg": "menu"})
+        self.write(EFI, {"EFI/testos/grubx64.efi": "grub"})
+        self.write(DATA, {"var/lib/status": "packages", "opt/app/run": "program", "home/ada/letter": "dear"})
+
+    def call(self, booted, *words, **more):
+        """The exit code, the calls of the stand-ins, and the printed text."""
+        calls = self.folder / "calls"
+        calls.write_text("")
+        environment = {**os.environ, "PATH": f"{FAKES}:{CLONE}:/usr/sbin:/usr/bin:/sbin:/bin", "CALLS": str(calls),
+                       "FIRMWARE": str(self.folder / "firmware"), "DISK": self.disk.device,
+                       "TMPDIR": str(self.folder / "tmp"), "KESTRO_GRUB_MODULES": str(self.folder / "modules"), **more}
+        result = subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", booted, str(INSTALL), *words],
+                                env=environment, text=True, capture_output=True, check=False)
+        text = result.stdout + result.stderr
+        self.assertNotIn(self.disk.device, pathlib.Path("/proc/self/mountinfo").read_text(), text)
+        self.assertEqual(os.listdir(self.folder / "tmp"), [], text)
+        return result.returncode, calls.read_text().splitlines(), text
+
+    def words(self, root=ROOT, recovery=RECOVERY, data=DATA):
+        return ("--root", self.disk.uuid(root), "--recovery", self.disk.parts[recovery], "--data", self.disk.uuid(data),
+                "--image", str(self.folder / "image"))
+
+    def assert_laid_out(self, files):
+        uuid, parameters = self.disk.uuid, (
+            "boot=live live-media-path=recovery_live live-media=/dev/disk/by-uuid/{} toram=filesystem.squashfs root=UUID={} "
+            "quiet nomodeset").format(self.disk.uuid(RECOVERY), self.disk.uuid(ROOT))
+        self.assertEqual({name: text for name, text in files.items() if not name.startswith("boot/")}, {
+            "backup/_nox_data.info": uuid(DATA) + "\n",
+            "backup/part-boot.info": uuid(BOOT) + "\n", "backup/part-boot.kim": "",
+            "backup/system.info": uuid(ROOT) + "\n", "backup/system.kim": "",
+            "kestro/boot.cfg": f"linux /kestro/vmlinuz-{KERNEL} {parameters}\ninitrd /kestro/initrd.img-{KERNEL}\n",
+            f"kestro/initrd.img-{KERNEL}": "content of initrd.img\n", f"kestro/vmlinuz-{KERNEL}": "content of vmlinuz\n",
+            "recovery_live/filesystem.squashfs": "content of filesystem.squashfs\n", "someone's": "file"})
+
+    def restored(self):
+        """The files of the root partition after its initial image was put onto the spare partition."""
+        image = self.folder / "system.kim"
+        with self.mounted(RECOVERY) as recovery:
+            image.write_bytes((recovery / "backup/system.kim").read_bytes())
+        subprocess.run([CLONE / "kestro-clone", "--tui", image, self.disk.parts[SMALL]], check=True,
+                       stdout=subprocess.DEVNULL)
+        return self.read(SMALL)
+
+    def test_bios_with_a_data_partition(self):
+        self.write(RECOVERY, {"someone's": "file", "kestro/vmlinuz-old": "old", "kestro/initrd.img-old": "old"})
+        before = self.read(DATA)
+        code, calls, text = self.call("bios", *self.words(), "--append", "nomodeset")
+        self.assertEqual((code, calls), (0, [
+            "grub-mkconfig -o /boot/grub/grub.cfg",
+            f"grub-install --target=i386-pc --boot-directory=RECOVERY/boot --recheck {self.disk.device}"]), text)
+        files = self.read(RECOVERY)
+        self.assert_laid_out(files)
+        menu = files["boot/grub/grub.cfg"]
+        self.assertIn("menuentry 'Test (reboot) OS 1' --id system", menu)
+        self.assertIn("multiboot ($menu)/grub/i386-pc/core.img", menu)
+        self.assertIn(f"--set=menu {self.disk.uuid(BOOT)}", menu)
+        root = self.read(ROOT)
+        self.assertEqual(root["etc/kestro/system-recovery.conf"], f"UUID={self.disk.uuid(RECOVERY)}\n")
+        self.assertIn("--id kestro-recovery", root["etc/grub.d/45_kestro-recovery"])
+        # The copies that the image needs are gone from the system; nothing of the data changed.
+        self.assertEqual([name for name in root if name.startswith(("opt", "var"))], [])
+        self.assertEqual(self.read(DATA), before)
+        self.assertEqual(self.restored(), root | {"opt/app/run": "program", "var/lib/status": "packages"})
+
+    def test_uefi_and_renewal(self):
+        self.assertEqual(self.call("uefi", *self.words())[0], 0)
+        (self.folder / "image/manifest.txt").write_text("linux-image-7.0 7\n")
+        with self.mounted(RECOVERY) as recovery:
+            made = (recovery / "backup/system.kim").stat().st_mtime_ns
+        code, calls, text = self.call("uefi", *self.words(), "--keep-images")
+        self.assertEqual((code, len(calls)), (0, 2), text)
+        self.assertRegex(calls[1], "--target=x86_64-efi .*--bootloader-id=kestro-recovery --no-nvram")
+        files = self.read(RECOVERY)
+        self.assertEqual([name for name in files if name.startswith("kestro/")],
+                         ["kestro/boot.cfg", "kestro/initrd.img-7.0", "kestro/vmlinuz-7.0"])
+        self.assertIn("chainloader /EFI/testos/grubx64.efi", files["boot/grub/grub.cfg"])
+        with self.mounted(RECOVERY) as recovery:
+            self.assertEqual((recovery / "backup/system.kim").stat().st_mtime_ns, made)
+        self.assertEqual(self.firmware(), {
+            "entries": {"0000": [True, "testos", self.own_entry(r"\EFI\testos\grubx64.efi")],
+                        "0001": [True, "Kestro Recovery", self.own_entry(r"\EFI\kestro-recovery\grubx64.efi")]},
+            "order": ["0001", "0000"]})
+
+    def test_folders_of_the_system_are_imaged_as_they_are(self):
+        self.write(ROOT, {"var/own": "own", "opt/own": "own"})
+        code, _, text = self.call("bios", *self.words(data=ROOT))
+        self.assertEqual(code, 0, text)
+        self.assertEqual(self.read(ROOT)["var/own"], "own")
+        self.assertEqual(self.read(RECOVERY)["backup/_nox_data.info"], self.disk.uuid(ROOT) + "\n")
+
+    def test_a_failing_image_leaves_no_copies(self):
+        (self.folder / "bin").mkdir()
+        (self.folder / "bin/kestro-clone").write_text("#!/bin/sh\nexit 10\n")
+        (self.folder / "bin/kestro-clone").chmod(0o755)
+        path = f"{self.folder / 'bin'}:{FAKES}:/usr/sbin:/usr/bin:/sbin:/bin"
+        code, calls, text = self.call("bios", *self.words(), PATH=path)
+        self.assertNotEqual(code, 0, text)
+        self.assertEqual(len(calls), 1)
+        self.assertEqual([name for name in self.read(ROOT) if name.startswith(("opt", "var"))], [])
+        self.assertNotIn("boot/grub/grub.cfg", self.read(RECOVERY))
+
+    def test_refusals_write_nothing(self):
+        self.set_type(GRUB, LINUX)
+        self.assertIn("has no partition for GRUB", self.call("bios", *self.words())[2])
+        self.set_type(GRUB, BIOS_BOOT)
+        before = self.disk.checksum()
+        unknown = ("--root", "0d5cb1a4-0000-0000-0000-000000000000", *self.words()[2:])
+        for booted, words, reason in (
+                ("bios", (), "Usage"), ("bios", self.words()[:2], "Usage"), ("bios", (*self.words(), "--force"), "Usage"),
+                ("bios", unknown, "no file system has the UUID"),
+                ("bios", ("--root", "x;reboot", *self.words()[2:]), "not the UUID"),
+                ("bios", self.words(recovery=ROOT), "belongs to the installed system"),
+                ("bios", self.words(recovery=DATA), "belongs to the installed system"),
+                ("bios", self.words(recovery=BOOT), f"mounts {self.disk.parts[BOOT]} at /boot"),
+                ("bios", self.words(recovery=SMALL), "is too small"),
+                ("bios", self.words(root=DATA, data=DATA), "holds no installed system"),
+                ("bios", (*self.words()[:2], "--recovery", self.disk.device, *self.words()[4:]), "is not a partition"),
+                ("bios", (*self.words()[:-1], "/nowhere"), "vmlinuz is missing")):
+            with self.subTest(reason):
+                code, calls, text = self.call(booted, *words)
+                self.assertNotEqual(code, 0)
+                self.assertEqual(calls, [])
+                self.assertIn(reason, text)
+        for number in (RECOVERY, ROOT, DATA):
+            with self.subTest(f"mounted {number}"):
+                subprocess.run(["mount", "-o", "ro,noload", self.disk.parts[number], self.folder / "tmp"], check=True)
+                result = subprocess.run([INSTALL, *self.words()], env={**os.environ, "TMPDIR": str(self.folder)},
+                                        text=True, capture_output=True, check=False)
+                subprocess.run(["umount", self.folder / "tmp"], check=True)
+                self.assertNotEqual(result.returncode, 0)
+                self.assertIn(f"{self.disk.parts[number]} is mounted", result.stderr)
+        self.assertEqual(self.disk.checksum(), before)
+
+
+if __name__ == "__main__":
+    skip_without_loop_devices()
+    unittest.main()
