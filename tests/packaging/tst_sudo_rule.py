@@ -45,6 +45,10 @@ ALLOWED = (
     (*TAR, "-rpf", "/media/kestro/b/backup//opt.tar", "-C", "/media/kestro/root", "opt"),
     (*TAR, "-xpf", "/media/kestro/b/var.tar", "-C", "/media/kestro/root", "var"),
     (*TAR, "-xpf", "/media/kestro/b/var.tar", "datainfo"),
+    ("tar", "-tf", "/media/kestro/b/backup//opt.tar"),
+    ("tar", "--occurrence=1", "-xOf", "/media/kestro/b/backup//opt.tar", "datainfo"),
+    ("find", "/media/kestro/data/home/", "-mindepth", "1", "-maxdepth", "1", "-inum", "12", "-exec", "rm", "-rf", "{}",
+     "+"),
     ("mkdir", "-p", "/media/kestro/My Backup/2024/"),
     ("setfacl", "-m", "o:rwx", "/media/kestro/b/2024/"),
     ("cp", "-a", LOG, "/media/kestro/recovery/"),
@@ -76,6 +80,9 @@ ALLOWED = (
     ("poweroff",),
 )
 REFUSED = (
+    ("find", "/home/", "-mindepth", "1", "-maxdepth", "1", "-inum", "12", "-exec", "rm", "-rf", "{}", "+"),
+    ("find", "/media/kestro/data/", "-mindepth", "1", "-maxdepth", "1", "-inum", "12", "-exec", "sh", "-c", "{}", "+"),
+    ("tar", "-tf", "/media/kestro/b/opt.tar", "--to-command=sh"),
     ("bash",), ("reboot",), ("poweroff", "-f"), ("blkid", "-g"), ("dmsetup", "remove_all"),
     ("kestro-clone", "--rescue", "--tui", "/dev/sda3", "/media/a"),
     ("kestro-clone", "--write-custom-file", "kim:///media/a.kim/DiskInfo", "/etc/shadow"),
