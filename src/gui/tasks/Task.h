@@ -57,7 +57,8 @@ public:
     /// initial image, as application properties. The properties are set in every case.
     void getRecoveryJson();
 
-    /// Keeps this run's log, without user names, on the recovery partition; nothing when that cannot be mounted.
+    /// Keeps this run's log, without user names, on the recovery partition, and beside it the log of the run before;
+    /// nothing when that cannot be mounted. May be called again when there is more to keep.
     void saveLogToRecovery();
 
     /// Whether the part of @p ver1 before its first "." sorts, as text, before or equal to that of @p ver2;
@@ -154,5 +155,6 @@ private:
     float m_taskCount = 0;              ///< jobs ever added
     bool m_isError = false;
     bool m_isStarted = false;
+    bool m_isFormerLogKept = false; ///< the log of the run before lies beside this one's
     QString m_errorMessage;
 };

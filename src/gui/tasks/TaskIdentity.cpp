@@ -158,9 +158,11 @@ void Task::saveLogToRecovery()
     }
     const QString saved = u"%1/kestro-recovery-gui.log"_s.arg(recovery);
     const QString former = u"%1/kestro-recovery-gui-old.log"_s.arg(recovery);
-    if (QFileInfo::exists(saved)) {
+    // Once: what lies there afterwards is this run's own, and would push the log of the run before out.
+    if (!m_isFormerLogKept && QFileInfo::exists(saved)) {
         SpawnCmd(u"sudo"_s, {u"cp"_s, u"-a"_s, saved, former});
     }
+    m_isFormerLogKept = true;
     // Deliberately greedy: on each line all between the first "/home/" and the last "/" goes.
     SpawnCmd(u"sudo"_s, {u"sed"_s, u"-i"_s, uR"(s?\/home\/.*\/?\/home\/xxx\/?g)"_s, log});
     SpawnCmd(u"sudo"_s, {u"cp"_s, u"-a"_s, log, u"%1/"_s.arg(recovery)});

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void unmountableRecoveryPartition();
     void recordedBackups();
     void savedLog();
+    void logSavedAgain();
     void versions_data();
     void versions();
     void bootEntries_data();
@@ -242,6 +243,23 @@ void TaskIdentityTest::savedLog()
             u"cp -a %1 /media/RECOVERY/"_s.arg(log)}));
     QCOMPARE(mountCalls(machine).constLast(), u"Unmount sda4"_s);
     QCOMPARE(machine.log.messages().constLast(), u"saved log to recovery gui"_s);
+}
+
+// A task that fails again has more to tell, and the log of the run before stays where it is.
+void TaskIdentityTest::logSavedAgain()
+{
+    FakeMachine machine;
+    machine.allowFileCommands();
+    const QString log = u"/home/kestro/kestro-recovery-gui.log"_s;
+    ApplicationProperties::setLogFile(log);
+    Sandbox::writeFile(u"/media/RECOVERY/kestro-recovery-gui.log"_s, "former\n");
+    OpenTask task;
+    for (const QByteArray& lines : {"first\n"_ba, "first\nsecond\n"_ba}) {
+        Sandbox::writeFile(log, lines);
+        task.saveLogToRecovery();
+        QCOMPARE(Sandbox::readFile(u"/media/RECOVERY/kestro-recovery-gui.log"_s), lines);
+        QCOMPARE(Sandbox::readFile(u"/media/RECOVERY/kestro-recovery-gui-old.log"_s), "former\n"_ba);
+    }
 }
 
 void TaskIdentityTest::versions_data()
