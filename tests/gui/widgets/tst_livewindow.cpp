@@ -10,7 +10,9 @@
 #include "platform/velk/VDialog.h"
 #include "platform/velk/VIconButton.h"
 #include "sandbox/Sandbox.h"
+#include "utils/Recording.h"
 #include "utils/core/applicationproperties.h"
+#include "utils/FsTab.h"
 #include "utils/mountedpartition.h"
 #include "utils/widget/TreeViewModel.h"
 #include "utils/widget/restorepage.h"
@@ -33,12 +35,14 @@ constexpr int patience = 20000; // ms
 /// A window that shows the restore page.
 struct LiveWindow
 {
-    LiveWindow()
+    /// @param disks what lsblk prints
+    explicit LiveWindow(const QString& disks = {})
     {
         ApplicationProperties::setAutoRestart(false);
         ApplicationProperties::setLogFile(u"/home/kestro/kestro-recovery-gui.log"_s);
         machine.allowFileCommands();
-        for (const QString& program : {u"lsblk"_s, u"blkid"_s, u"dmsetup"_s, u"df"_s, u"ls"_s, u"reboot"_s}) {
+        machine.programs.reply({u"lsblk"_s}, disks.toUtf8());
+        for (const QString& program : {u"blkid"_s, u"dmsetup"_s, u"df"_s, u"ls"_s, u"reboot"_s}) {
             machine.programs.reply({program});
         }
     }
@@ -65,6 +69,15 @@ struct LiveWindow
     FakeMachine machine;
     MainWindow window;
 };
+
+/// An fstab that mounts the recordings' boot partition and the file system with that digit throughout its UUID.
+QByteArray fstabWith(char digit)
+{
+    const auto line = [](char number) {
+        return QByteArray("UUID=0000000N-0000-4000-8000-00000000000N /N ext4 rw 0 1\n").replace('N', number);
+    };
+    return line('2') + line(digit);
+}
 
 SavedBackup saved(const QString& time, const QString& name, const QStringList& files)
 {
@@ -99,29 +112,47 @@ void LiveWindowTest::restriction_data()
 {
     QTest::addColumn<QString>("mapping");
     QTest::addColumn<bool>("device");
+    QTest::addColumn<QString>("disks"); // a recorded answer of lsblk; empty: no devices
+    QTest::addColumn<QByteArray>("fstab");
+    QTest::addColumn<QString>("answers");
     QTest::addColumn<int>("offers");
-    QTest::newRow("plain") << QString() << false << 3;
-    QTest::newRow("device edition") << QString() << true << 1;
-    QTest::newRow("encrypted root") << u"luks_crypt0"_s << false << 1;
-    QTest::newRow("another mapping") << u"luks_crypt01"_s << false << 3;
-    QTest::newRow("other case") << u"LUKS_crypt0"_s << false << 3;
+    const auto plain = [](const char* name, const QString& mapping, bool device, int offers) {
+        QTest::newRow(name) << mapping << device << QString() << QByteArray()
+                            << u"isLvm:  false , isEncrypted:  false"_s << offers;
+    };
+    const auto mapped = [](const char* name, const QString& disks, char root, const QString& answers, int offers) {
+        QTest::newRow(name) << QString() << false << disks << fstabWith(root) << answers << offers;
+    };
+    plain("plain", {}, false, 3);
+    plain("device edition", {}, true, 1);
+    plain("encrypted root", u"luks_crypt0"_s, false, 1);
+    plain("another mapping", u"luks_crypt01"_s, false, 3);
+    plain("other case", u"LUKS_crypt0"_s, false, 3);
+    mapped("LVM", u"composed-lvm-two-pvs"_s, '5', u"isLvm:  true , isEncrypted:  false"_s, 1);
+    mapped("LVM in a container", u"composed-luks-lvm"_s, '5', u"isLvm:  true , isEncrypted:  true"_s, 1);
+    // Encryption alone is only told.
+    mapped("container without LVM", u"composed-luks-fs"_s, '4', u"isLvm:  false , isEncrypted:  true"_s, 3);
 }
 
 void LiveWindowTest::restriction()
 {
     QFETCH(QString, mapping);
     QFETCH(bool, device);
-    LiveWindow live;
+    QFETCH(QString, disks);
+    QFETCH(QByteArray, fstab);
+    QFETCH(QString, answers);
+    LiveWindow live(disks.isEmpty() ? QString() : recording(u"lsblk/%1.txt"_s.arg(disks)));
     if (!mapping.isEmpty()) {
         Sandbox::writeFile(u"/dev/mapper/"_s + mapping, {});
     }
+    live.window.setFstabEntries(FSTab::parseFSTab(fstab));
     ApplicationProperties::setDeviceOS(device);
     ApplicationProperties::setHaveInitBackup(true);
     live.open();
     QTEST(live.offers(), "offers");
     QVERIFY(live.machine.log.find(u"is device os: "_s + (device ? u"true"_s : u"false"_s)).line > 0);
     QCOMPARE(live.machine.log.messages(QtInfoMsg).filter(u"MainWindow::initUI isLvm: "_s),
-        QStringList{u"MainWindow::initUI isLvm:  false , isEncrypted:  false , isLuksCrypt:  "_s
+        QStringList{u"MainWindow::initUI %1 , isLuksCrypt:  "_s.arg(answers)
             + (mapping == "luks_crypt0"_L1 ? u"true"_s : u"false"_s)});
     ApplicationProperties::setDeviceOS(false);
 }
