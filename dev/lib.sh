@@ -40,16 +40,17 @@ install_packages() {
     DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
+# configure_preset NAME: configures build/NAME.
+configure_preset() {
+    local log
+    log=$(project_root)/build/$1.configure.log
+    (cd -- "$(project_root)" && cmake --preset "$1" -Wno-dev) >"$log" 2>&1 || { cat "$log"; return 1; }
+}
+
 # build_preset NAME [TARGET…]: configures build/NAME and builds it.
 build_preset() {
     local preset=$1
     shift
-    local root
-    root=$(project_root)
-    (
-        cd -- "$root" || exit
-        cmake --preset "$preset" -Wno-dev >"$root/build/$preset.configure.log" 2>&1 ||
-            { cat "$root/build/$preset.configure.log"; exit 1; }
-        cmake --build --preset "$preset" ${1:+--target "$@"}
-    )
+    configure_preset "$preset"
+    (cd -- "$(project_root)" && cmake --build --preset "$preset" ${1:+--target "$@"})
 }

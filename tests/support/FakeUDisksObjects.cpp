@@ -142,7 +142,10 @@ QStringList FakeUDisksObjects::mountPoints(const QString& device) const
 QList<FakeUDisks::Call> FakeUDisksObjects::calls() const
 {
     const QMutexLocker lock(&m_mutex);
-    return m_calls;
+    // The caller's own from the beginning: this one goes on growing while the caller reads.
+    QList<FakeUDisks::Call> own = m_calls;
+    own.detach();
+    return own;
 }
 
 void FakeUDisksObjects::forgetCalls()

@@ -12,9 +12,10 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTest>
-#include <QTimer>
+#include <QThread>
 
 #include <atomic>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -22,35 +23,40 @@ namespace {
 
 constexpr const char* startedFlag = "/home/kestro/kestro-recovery-gui.startedFlag";
 
-/// Runs the worker to its end. @return its signals in order, each with its argument
+/// Runs the worker to its end. @param meanwhile runs once the worker has been started
+/// @return its signals in order, each with its argument, as a receiver in another thread gets them
 ///
-/// The signals are taken on the worker's thread and handed over with standard means only: the thread sanitizer sees
-/// those, but not what Qt's own library does to pass an event on.
-QStringList reportsOf(AsyncTask& task)
+/// The receiver's thread looks into its queue only after the worker's end, which it is told by an atomic: the thread
+/// sanitizer sees that, but not what Qt's own library does to pass an event on.
+QStringList reportsOf(
+    AsyncTask& task, const std::function<void()>& meanwhile = [] {})
 {
     QStringList reports;
     std::atomic_bool isDone = false;
-    QObject context;
-    const auto connect = [&](auto signal, auto slot) {
-        QObject::connect(&task, signal, &context, slot, Qt::DirectConnection);
-    };
+    QObject receiver;
     const auto note = [&reports](const QString& name) {
         return [&reports, name](const QString& argument) { reports.append(name + u' ' + argument); };
     };
     const auto noteAlone = [&reports](const QString& name) { return [&reports, name] { reports.append(name); }; };
-    connect(&AsyncTask::fixPartitionSuccess, noteAlone(u"fixed"_s));
-    connect(&AsyncTask::fixPartitionFailed, note(u"not fixed"_s));
-    connect(&AsyncTask::showSystemRestoreFinish, noteAlone(u"started"_s));
-    connect(&AsyncTask::getPartitionCheckItemFinish, note(u"items"_s));
-    connect(&AsyncTask::initLiveRestorePageFinish, note(u"page"_s));
-    connect(&AsyncTask::initSystemRepairToolPageFinish, noteAlone(u"repaired"_s));
-    connect(&AsyncTask::initSystemRepairToolPageFailed, note(u"not repaired"_s));
-    connect(&QThread::finished, [&isDone] { isDone = true; });
+    QObject::connect(&task, &AsyncTask::fixPartitionSuccess, &receiver, noteAlone(u"fixed"_s));
+    QObject::connect(&task, &AsyncTask::fixPartitionFailed, &receiver, note(u"not fixed"_s));
+    QObject::connect(&task, &AsyncTask::showSystemRestoreFinish, &receiver, noteAlone(u"started"_s));
+    QObject::connect(&task, &AsyncTask::getPartitionCheckItemFinish, &receiver, note(u"items"_s));
+    QObject::connect(&task, &AsyncTask::initLiveRestorePageFinish, &receiver, note(u"page"_s));
+    QObject::connect(&task, &AsyncTask::initSystemRepairToolPageFinish, &receiver, noteAlone(u"repaired"_s));
+    QObject::connect(&task, &AsyncTask::initSystemRepairToolPageFailed, &receiver, note(u"not repaired"_s));
+    QObject::connect(
+        &task, &QThread::finished, &receiver, [&isDone] { isDone = true; }, Qt::DirectConnection);
     task.start();
+    meanwhile();
     while (!isDone) {
-        QTest::qWait(5);
+        QThread::msleep(5);
     }
     task.wait();
+    if (!reports.isEmpty()) {
+        return {u"reported in the worker's thread"_s};
+    }
+    QCoreApplication::sendPostedEvents(&receiver);
     return reports;
 }
 
@@ -289,10 +295,13 @@ void AsyncTaskTest::partitionsWithoutBlkid()
 void AsyncTaskTest::startedFlagIsWaitedFor()
 {
     AsyncTask task(3);
-    QTimer::singleShot(1500, &task, [] { Sandbox::writeFile(QString::fromLatin1(startedFlag), "ok"); });
     QElapsedTimer timer;
     timer.start();
-    QCOMPARE(reportsOf(task), QStringList{u"started"_s});
+    const QStringList reports = reportsOf(task, [] {
+        QThread::msleep(1500);
+        Sandbox::writeFile(QString::fromLatin1(startedFlag), "ok");
+    });
+    QCOMPARE(reports, QStringList{u"started"_s});
     QVERIFY(!QFile::exists(QString::fromLatin1(startedFlag)));
     QVERIFY2(timer.elapsed() >= 4500, "three seconds pass between the file and the report");
 }
@@ -300,10 +309,13 @@ void AsyncTaskTest::startedFlagIsWaitedFor()
 void AsyncTaskTest::waitingCanBeStopped()
 {
     AsyncTask task(3);
-    QTimer::singleShot(200, &task, [&task] { task.stop(); });
     QElapsedTimer timer;
     timer.start();
-    QCOMPARE(reportsOf(task), QStringList{});
+    const QStringList reports = reportsOf(task, [&task] {
+        QThread::msleep(200);
+        task.stop();
+    });
+    QCOMPARE(reports, QStringList{});
     QVERIFY(timer.elapsed() < 10000);
 
     AsyncTask destroyedWhileWaiting(3);
