@@ -7,6 +7,7 @@ from ..machine import SIZES, TARGET
 from .backup import backup, backup_too_small
 from .reset import factory_reset, keep_files, live
 from .restore import restore, restore_refused
+from .startup import startup
 from .story import Lab
 
 
@@ -24,4 +25,5 @@ SCENARIOS = {
     "factory-reset": Scenario(factory_reset),
     "keep-files": Scenario(keep_files),
     "live": Scenario(live),
+    "startup": Scenario(startup),
 }
