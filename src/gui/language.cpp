@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "gui/language.h"
 
-#include <QGuiApplication>
+#include "platform/velk/VApplication.h"
+#include "platform/velk/interfacefont.h"
+
 #include <QLocale>
 #include <QTranslator>
 
@@ -20,5 +22,15 @@ void installLanguage(QTranslator& translator, const QString& locale)
     const bool loaded =
         translator.load(u"/usr/share/kestro-recovery-gui/translations/gui/kestro-recovery-gui_%1"_s.arg(locale));
     QCoreApplication::installTranslator(&translator);
-    QGuiApplication::setLayoutDirection(loaded ? QLocale(locale).textDirection() : Qt::LeftToRight);
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    if (loaded) {
+        useWritingOf(QLocale(locale));
+    }
+}
+
+void useWritingOf(const QLocale& locale)
+{
+    QLocale::setDefault(locale);
+    QGuiApplication::setLayoutDirection(locale.textDirection());
+    VApplication::setFont(interfaceFont(locale));
 }

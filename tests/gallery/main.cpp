@@ -3,6 +3,7 @@
 #include "gallery/scenes.h"
 
 #include "gallery/textfit.h"
+#include "gui/language.h"
 #include "platform/velk/VApplication.h"
 
 #include <QBoxLayout>
@@ -53,6 +54,7 @@ int savePictures(const QString& path)
     }
     QWidget host;
     host.resize(800, 600);
+    QCursor::setPos(host.rect().bottomRight() + QPoint(50, 50)); // nothing is under the pointer
     host.show();
     host.activateWindow();
     int saved = 0;
@@ -116,9 +118,7 @@ bool useLocale(const QString& folder, const QString& name, QTranslator& translat
         return false;
     }
     QCoreApplication::installTranslator(&translator);
-    const QLocale locale(name);
-    QLocale::setDefault(locale);
-    QApplication::setLayoutDirection(locale.textDirection());
+    useWritingOf(QLocale(name));
     return true;
 }
 

@@ -22,10 +22,13 @@
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QDebug>
 #include <QDir>
+#include <QListView>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStandardItem>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -216,6 +219,11 @@ QList<Scene> dialogScenes()
             [] {
                 auto* chooser = new DirectoryChooser;
                 chooser->openDirectory(u"/usr"_s);
+                // The folders are read in another thread.
+                const auto* folders = chooser->findChild<QListView*>(u"folders"_s);
+                if (!QTest::qWaitFor([&] { return folders->model()->rowCount(folders->rootIndex()) > 0; }, 20000)) {
+                    qWarning() << "no folders are shown";
+                }
                 return chooser;
             }},
     };

@@ -4,6 +4,7 @@
 #include "gui/widgets/EndPage.h"
 #include "gui/widgets/MainWindow.h"
 #include "gui/widgets/WorkingPage.h"
+#include "gui/widgets/failuremessage.h"
 #include "platform/velk/VDialog.h"
 #include "platform/velk/VWaterProgress.h"
 
@@ -40,8 +41,7 @@ Scene restoreFailure(const QString& name, const char* context, const char* error
 {
     return {name, [context, error] {
                 return end(EndPage::Failure, MainWindow::tr("Restore Failed"),
-                    MainWindow::tr("Restore failed, error: %1").arg(QCoreApplication::translate(context, error)),
-                    MainWindow::tr("Shut Down"));
+                    failureMessage(false, QCoreApplication::translate(context, error)), MainWindow::tr("Shut Down"));
             }};
 }
 
@@ -75,8 +75,7 @@ QList<Scene> shellScenes()
         {u"end-backup-failure"_s,
             [] {
                 return end(EndPage::Failure, MainWindow::tr("Backup Failed"),
-                    MainWindow::tr("Backup failed, error: %1").arg(u"/recovery/kestro-recovery-gui.log"_s),
-                    MainWindow::tr("Shut Down"));
+                    failureMessage(true, u"/recovery/kestro-recovery-gui.log"_s), MainWindow::tr("Shut Down"));
             }},
         restoreFailure(u"end-restore-version"_s, "ManualRestoreTask",
             "Your system version does not match the backup file, please update the system and restore again"),

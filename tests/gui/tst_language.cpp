@@ -58,26 +58,30 @@ void LanguageTest::installed_data()
 {
     QTest::addColumn<QString>("cancel");
     QTest::addColumn<Qt::LayoutDirection>("direction");
-    QTest::newRow("de") << u"Abbrechen"_s << Qt::LeftToRight;
-    QTest::newRow("de_AT") << u"Abbrechen"_s << Qt::LeftToRight;
-    QTest::newRow("zh_TW") << u"取消"_s << Qt::LeftToRight;
-    QTest::newRow("zh_CN.UTF-8") << u"取消"_s << Qt::LeftToRight;
-    QTest::newRow("pt_BR") << u"Cancelar"_s << Qt::LeftToRight;
-    QTest::newRow("ar") << u"إلغاء"_s << Qt::RightToLeft;
-    QTest::newRow("ar_EG") << u"إلغاء"_s << Qt::RightToLeft;
-    QTest::newRow("en_US") << u"Cancel"_s << Qt::LeftToRight;
+    QTest::addColumn<QString>("font"); // the last family
+    const QString latin = u"Noto Sans"_s;
+    QTest::newRow("de") << u"Abbrechen"_s << Qt::LeftToRight << latin;
+    QTest::newRow("de_AT") << u"Abbrechen"_s << Qt::LeftToRight << latin;
+    QTest::newRow("zh_TW") << u"取消"_s << Qt::LeftToRight << u"Noto Sans CJK TC"_s;
+    QTest::newRow("zh_CN.UTF-8") << u"取消"_s << Qt::LeftToRight << u"Noto Sans CJK SC"_s;
+    QTest::newRow("pt_BR") << u"Cancelar"_s << Qt::LeftToRight << latin;
+    QTest::newRow("ar") << u"إلغاء"_s << Qt::RightToLeft << u"Noto Sans Arabic"_s;
+    QTest::newRow("ar_EG") << u"إلغاء"_s << Qt::RightToLeft << u"Noto Sans Arabic"_s;
+    QTest::newRow("en_US") << u"Cancel"_s << Qt::LeftToRight << latin;
     // No translation: then nothing runs from right to left, either.
-    QTest::newRow("he_IL") << u"Cancel"_s << Qt::LeftToRight;
-    QTest::newRow("\"de\"") << u"Cancel"_s << Qt::LeftToRight;
-    QTest::newRow("") << u"Cancel"_s << Qt::LeftToRight;
+    QTest::newRow("he_IL") << u"Cancel"_s << Qt::LeftToRight << latin;
+    QTest::newRow("\"de\"") << u"Cancel"_s << Qt::LeftToRight << latin;
+    QTest::newRow("") << u"Cancel"_s << Qt::LeftToRight << latin;
 }
 
 void LanguageTest::installed()
 {
     QTranslator translator;
+    useWritingOf(QLocale(u"en"_s));
     installLanguage(translator, QString::fromUtf8(QTest::currentDataTag()));
     QTEST(QCoreApplication::translate("button", "Cancel"), "cancel");
     QTEST(QGuiApplication::layoutDirection(), "direction");
+    QTEST(QGuiApplication::font().families().constLast(), "font");
 }
 
 int main(int argc, char** argv)

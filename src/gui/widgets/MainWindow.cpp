@@ -6,6 +6,7 @@
 #include "gui/widgets/EndPage.h"
 #include "gui/widgets/WorkingPage.h"
 #include "gui/widgets/backuplist.h"
+#include "gui/widgets/failuremessage.h"
 #include "gui/widgets/pendingtask.h"
 #include "gui/widgets/screenfitting.h"
 #include "platform/velk/VDialog.h"
@@ -229,7 +230,7 @@ void MainWindow::onFailed(const QString& error)
     showEndPage(EndPage::Failure);
     m_endPage->setButtonText(tr("Shut Down"));
     m_endPage->setTitle(isBackup() ? tr("Backup Failed") : tr("Restore Failed"));
-    m_endPage->setMessage((isBackup() ? tr("Backup failed, error: %1") : tr("Restore failed, error: %1")).arg(error));
+    m_endPage->setMessage(failureMessage(isBackup(), error));
 }
 
 bool MainWindow::isBackup() const

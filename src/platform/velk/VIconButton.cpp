@@ -3,23 +3,10 @@
 
 #include "platform/velk/VPaletteHelper.h"
 #include "platform/velk/VStyle.h"
+#include "platform/velk/stylepainting.h"
 
 #include <QEvent>
 #include <QPainter>
-
-namespace {
-
-// Icons of buttons are drawn in one colour; the shape is their alpha channel.
-QPixmap tinted(const QIcon& icon, const QSize& size, qreal ratio, const QColor& color)
-{
-    QPixmap pixmap = icon.pixmap(size, ratio);
-    QPainter painter(&pixmap);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(pixmap.rect(), color);
-    return pixmap;
-}
-
-} // namespace
 
 VIconButton::VIconButton(QWidget* parent)
     : QAbstractButton(parent)
@@ -64,7 +51,8 @@ void VIconButton::paintEvent(QPaintEvent* /*event*/)
     }
     QRect iconBox({}, iconSize());
     iconBox.moveCenter(rect().center());
-    painter.drawPixmap(iconBox, tinted(icon(), iconSize(), devicePixelRatioF(), colors.color(QPalette::WindowText)));
+    painter.drawPixmap(
+        iconBox, StylePainting::tinted(icon(), iconSize(), devicePixelRatioF(), colors.color(QPalette::WindowText)));
     if (hasFocus()) {
         VStyle::drawFocusRing(&painter, box, VStyle::frameRadius, colors);
     }

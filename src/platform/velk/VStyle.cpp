@@ -105,6 +105,10 @@ void VStyle::drawControl(
             label.palette.setColor(group, QPalette::ButtonText, Qt::white);
         }
     }
+    if (!label.icon.isNull() && !label.text.isEmpty()) {
+        StylePainting::iconAndText(painter, label, paletteOf(&label)); // Qt's own loses the room between them in Arabic
+        return;
+    }
     QProxyStyle::drawControl(element, &label, painter, widget);
 }
 

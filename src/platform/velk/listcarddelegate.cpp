@@ -47,13 +47,15 @@ void ListCardDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     const VPalette colors = VPaletteHelper::instance()->palette(m_view);
     const bool chosen = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
     const bool enabled = option.state.testFlag(QStyle::State_Enabled);
-    const auto visual = [&option](const QRect& box) { return QStyle::visualRect(option.direction, option.rect, box); };
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    const QRectF box = QRectF(option.rect).adjusted(8.5, 1.5, -2.5, -1.5);
+    // The beginning of an item, in either direction of writing, lies under the margin of the viewport.
+    const QRectF box = QRectF(option.rect).adjusted(8.5, 1.5, -0.5, -1.5);
+    const QRect inside = box.toRect();
+    const auto visual = [&](const QRect& place) { return QStyle::visualRect(option.direction, inside, place); };
     drawCard(painter, box, colors, option.state.testFlag(QStyle::State_MouseOver) && enabled, chosen);
 
-    QRect content = option.rect.adjusted(VStyle::spaceMedium + 4, 0, -VStyle::spaceMedium - 4, 0);
+    QRect content = inside.adjusted(VStyle::spaceMedium, 0, -VStyle::spaceMedium, 0);
     const auto icon = index.data(Qt::DecorationRole).value<QIcon>();
     if (!icon.isNull()) {
         const QRect place(content.left(), content.center().y() - (iconExtent / 2) + 1, iconExtent, iconExtent);

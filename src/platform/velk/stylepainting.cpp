@@ -5,7 +5,9 @@
 #include "platform/velk/VPalette.h"
 #include "platform/velk/VStyle.h"
 
+#include <QIcon>
 #include <QPainter>
+#include <QPixmap>
 #include <QStyleOption>
 
 namespace {
@@ -87,6 +89,30 @@ void buttonPanel(QPainter* painter, const QStyleOption& option, const VPalette& 
     if (focus) {
         focusRing(painter, box, buttonRadius, palette);
     }
+}
+
+void iconAndText(QPainter* painter, const QStyleOptionButton& button, const VPalette& palette)
+{
+    const QSize icon = button.iconSize;
+    const int textWidth = button.fontMetrics.horizontalAdvance(button.text);
+    QRect both(0, 0, icon.width() + VStyle::spaceSmall + textWidth, qMax(icon.height(), button.fontMetrics.height()));
+    both.moveCenter(button.rect.center());
+    const QRect iconPlace(both.left(), both.center().y() - (icon.height() / 2), icon.width(), icon.height());
+    const QColor color = palette.color(QPalette::ButtonText);
+    painter->drawPixmap(QStyle::visualRect(button.direction, both, iconPlace),
+        tinted(button.icon, icon, painter->device()->devicePixelRatio(), color));
+    painter->setPen(color);
+    const QRect textPlace = both.adjusted(icon.width() + VStyle::spaceSmall, 0, 0, 0);
+    painter->drawText(QStyle::visualRect(button.direction, both, textPlace), Qt::AlignCenter, button.text);
+}
+
+QPixmap tinted(const QIcon& icon, const QSize& size, qreal ratio, const QColor& color)
+{
+    QPixmap pixmap = icon.pixmap(size, ratio);
+    QPainter painter(&pixmap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), color);
+    return pixmap;
 }
 
 void checkBox(QPainter* painter, const QStyleOption& option, const VPalette& palette)

@@ -4,9 +4,12 @@
 #include <QStyle>
 
 class QColor;
+class QIcon;
 class QPainter;
+class QPixmap;
 class QRectF;
 class QStyleOption;
+class QStyleOptionButton;
 class QStyleOptionSlider;
 class VPalette;
 
@@ -18,6 +21,14 @@ void focusRing(QPainter* painter, const QRectF& rect, qreal radius, const VPalet
 
 /// A push button's background, filled with @p fill, a little darker under the pointer and while pressed.
 void buttonPanel(QPainter* painter, const QStyleOption& option, const VPalette& palette, const QColor& fill);
+
+/// A push button's icon and, after it in the direction of writing, its text, together in the middle of the button.
+void iconAndText(QPainter* painter, const QStyleOptionButton& button, const VPalette& palette);
+
+/// An icon in one colour: its shape is what is not transparent in it.
+/// @param size in device-independent pixels
+/// @param ratio device pixels to one of those
+[[nodiscard]] QPixmap tinted(const QIcon& icon, const QSize& size, qreal ratio, const QColor& color);
 
 void checkBox(QPainter* painter, const QStyleOption& option, const VPalette& palette);
 void radioButton(QPainter* painter, const QStyleOption& option, const VPalette& palette);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "utils/widget/ItemFrame.h"
 
+#include "platform/velk/VFontSizeManager.h"
 #include "platform/velk/VPaletteHelper.h"
 #include "platform/velk/VStyle.h"
 #include "platform/velk/VTipLabel.h"
@@ -9,6 +10,8 @@
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -33,6 +36,7 @@ ItemFrame::ItemFrame(
     , m_description(new VTipLabel(description, this))
     , m_iconLabel(new QLabel(this))
     , m_icon(icon.pixmap(QSize(iconExtent, iconExtent), devicePixelRatioF()))
+    , m_arrangement(arrangement)
 {
     QAccessible::installFactory(tileInterface); // Qt drops a factory that it already has
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
@@ -80,6 +84,28 @@ void ItemFrame::arrangeTitleFirst()
     layout->addWidget(m_title);
     layout->addWidget(m_description);
     layout->addWidget(m_iconLabel, 1, Qt::AlignCenter);
+}
+
+void ItemFrame::resizeEvent(QResizeEvent* event)
+{
+    VFrame::resizeEvent(event);
+    if (m_arrangement == IconFirst) {
+        fitTitle();
+    }
+}
+
+/// Words are never broken: a font in which the longest one keeps off the edges.
+void ItemFrame::fitTitle()
+{
+    QFont font = m_title->font();
+    const QStringList words = m_title->text().split(u' ');
+    const auto isTooWide = [&font, room = width() - (2 * VStyle::spaceSmall)](
+                               const QString& word) { return QFontMetrics(font).horizontalAdvance(word) > room; };
+    const int smallest = VFontSizeManager::fontPixelSize(VFontSizeManager::T9);
+    while (font.pixelSize() > smallest && std::ranges::any_of(words, isTooWide)) {
+        font.setPixelSize(font.pixelSize() - 1);
+    }
+    m_title->setFont(font);
 }
 
 void ItemFrame::choose()

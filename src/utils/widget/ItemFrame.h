@@ -32,16 +32,19 @@ protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void arrangeIconFirst();
     void arrangeTitleFirst();
+    void fitTitle();
     void choose();
 
     QLabel* m_title = nullptr;
     QLabel* m_description = nullptr;
     QLabel* m_iconLabel = nullptr;
     QPixmap m_icon;
+    Arrangement m_arrangement;
     bool m_clicked = false;
 };
 

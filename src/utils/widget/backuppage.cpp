@@ -19,6 +19,7 @@
 #include <QBoxLayout>
 #include <QButtonGroup>
 #include <QDebug>
+#include <QGuiApplication>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -29,12 +30,13 @@ namespace {
 
 enum BackupType { FullBackup, SystemBackup };
 constexpr int typeRole = Qt::UserRole + 1;
-constexpr QSize typeCard(296, 72);
+constexpr QSize typeCell(304, 78); // two fill the width of the page and the margin of the viewport
 
 QLabel* caption(const QString& text)
 {
     auto* label = new VLabel(text);
-    label->setContentsMargins(10, 0, 0, 0);
+    const bool fromRight = QGuiApplication::isRightToLeft();
+    label->setContentsMargins(fromRight ? 0 : 10, 0, fromRight ? 10 : 0, 0);
     label->setForegroundRole(VPalette::TitleText);
     VFontSizeManager::instance()->bind(label, VFontSizeManager::T4, 600);
     return label;
@@ -97,7 +99,8 @@ QWidget* BackupPage::buildTypes()
     m_types->setFixedHeight(85);
     m_types->setFlow(QListView::LeftToRight);
     m_types->setItemSpacing(5);
-    m_types->setItemSize(typeCard);
+    m_types->setItemSize(typeCell);
+    m_types->setGridSize(typeCell);
     m_types->setFrameShape(QFrame::NoFrame);
     m_types->setViewportMargins(-8, 0, 0, 0);
     m_types->setMovement(QListView::Static);

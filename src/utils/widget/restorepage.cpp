@@ -84,6 +84,7 @@ void RestorePage::buildSystemRestoreRow()
     m_systemRestoreItem = new RadioItem(tr("Reset to factory settings"), u":/restore-initial.svg"_s);
     m_systemRestoreTip = new VTipLabel(
         tr("The initial backup file does not exist, so your system cannot be reset to factory settings."));
+    m_systemRestoreTip->setIndent(3); // as far as the contents of the other rows
     m_systemRestoreItem->addContent(m_systemRestoreTip, 28);
     m_keepFiles = new QCheckBox(tr("Keep personal files and apps"));
     m_keepFiles->setMinimumSize(24, 24);

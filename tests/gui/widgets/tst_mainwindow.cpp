@@ -4,6 +4,7 @@
 #include "gui/widgets/EndPage.h"
 #include "gui/widgets/MainWindow.h"
 #include "gui/widgets/WorkingPage.h"
+#include "gui/widgets/failuremessage.h"
 #include "platform/velk/VApplication.h"
 #include "platform/velk/VWaterProgress.h"
 #include "sandbox/Sandbox.h"
@@ -105,6 +106,7 @@ private Q_SLOTS:
     void unknownTask();
     void outcome_data();
     void outcome();
+    void failureTextFromRightToLeft();
     void failureWhileBuilding();
     void restoreThatNeverStarts();
     void wholeBackup();
@@ -220,6 +222,15 @@ void MainWindowTest::outcome()
     QCOMPARE(scenario.ends(), QStringList());
     scenario.page<EndPage>()->findChild<QPushButton*>()->click();
     QCOMPARE(scenario.ends(), QStringList{end});
+}
+
+// Beside Arabic text a path keeps its slashes: it is set apart from the sentence around it.
+void MainWindowTest::failureTextFromRightToLeft()
+{
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    QCOMPARE(failureMessage(true, u"/a/b"_s), u"Backup failed, error: \u2068/a/b\u2069"_s);
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    QCOMPARE(failureMessage(false, u"/a/b"_s), u"Restore failed, error: /a/b"_s);
 }
 
 // A backup fails inside its constructor, before anybody can listen.
