@@ -69,6 +69,7 @@ ChunkLayout::ChunkLayout(const ExtentList& extents, std::uint32_t chunkSize)
     : m_extents(extents)
     , m_chunkSize(chunkSize)
 {
+    m_starts.reserve(totalLength(extents) / chunkSize + 1);
     for (std::size_t i = 0; i < extents.size(); ++i) {
         const std::uint64_t before = m_total;
         m_total += extents[i].length;

@@ -21,8 +21,10 @@ inline constexpr std::uint64_t bodyPosition = headerSize + 2 * rootSize;
 /// Limits that every image keeps; a reader believes no number beyond them.
 inline constexpr std::uint32_t smallestChunk = 64U << 10U;
 inline constexpr std::uint32_t largestChunk = 16U << 20U;
-inline constexpr std::uint64_t largestIndex = 160ULL << 20U;
-inline constexpr std::uint64_t largestMetadata = 4ULL << 20U;
+inline constexpr std::uint64_t mostExtents = 1ULL << 20U;
+inline constexpr std::uint64_t mostChunks = 1ULL << 20U;
+inline constexpr std::uint64_t largestIndex = (48ULL << 20U) + 4096;
+inline constexpr std::uint64_t largestMetadata = 1ULL << 20U;
 inline constexpr std::uint64_t largestCustomSection = 16ULL << 20U;
 
 /// XXH3 with 64 bits and seed 0, the hash of the whole format.

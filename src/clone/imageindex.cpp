@@ -28,13 +28,15 @@ static_assert(sizeof(Extent) == 16);
 bool arePlausible(const IndexNumbers& numbers, std::uint64_t sectionSize)
 {
     const std::uint64_t room = sectionSize - std::min<std::uint64_t>(sectionSize, indexHeaderSize);
-    if (numbers.extentCount > room / sizeof(Extent) || numbers.chunkCount > room / sizeof(ChunkRecord)) {
+    if (numbers.extentCount > std::min(mostExtents, room / sizeof(Extent))
+        || numbers.chunkCount > std::min(mostChunks, room / sizeof(ChunkRecord))) {
         return false;
     }
     const std::uint64_t payload = numbers.extentCount * sizeof(Extent) + numbers.chunkCount * sizeof(ChunkRecord);
     const bool chunk =
         numbers.chunkSize >= smallestChunk && numbers.chunkSize <= largestChunk && numbers.chunkSize % blockSize == 0;
-    const bool sector = numbers.sectorSize == 512 || numbers.sectorSize == 4096;
+    const bool sector =
+        (numbers.sectorSize == 512 || numbers.sectorSize == 4096) && numbers.sourceSize % numbers.sectorSize == 0;
     return chunk && sector && roundedUp(payload + indexHeaderSize) == sectionSize
         && numbers.chunkCount == numbers.usedBytes / numbers.chunkSize + (numbers.usedBytes % numbers.chunkSize != 0)
         && numbers.usedBytes <= numbers.sourceSize;

@@ -3,6 +3,7 @@
 
 #include "clone/alignedbuffer.h"
 #include "clone/failure.h"
+#include "clone/humansize.h"
 #include "clone/streamhash.h"
 
 #include <cstring>
@@ -78,6 +79,21 @@ std::string paddedJson(const Metadata& metadata)
 
 } // namespace
 
+void refuseTooLarge(const ImageIndex& index, const Metadata& metadata)
+{
+    if (index.sourceSize % index.sectorSize != 0) {
+        throw Failure(ExitCode::Refused, "the source ends within a sector: it has " + exactSize(index.sourceSize));
+    }
+    const std::uint64_t used = totalLength(index.extents);
+    if (used > mostChunks * index.chunkSize || index.extents.size() > mostExtents
+        || toJson(metadata).size() + mostHoles * largestHoleText > largestMetadata) {
+        throw Failure(ExitCode::Refused,
+            "the source is too large or too fragmented for an image: " + humanSize(used) + " in "
+                + std::to_string(index.extents.size()) + " places, " + std::to_string(metadata.parts.size())
+                + " partitions");
+    }
+}
+
 ImageWriter::ImageWriter(const File& image, ImageHead head)
     : m_file(image)
     , m_head(head)
@@ -117,9 +133,6 @@ void ImageWriter::writeIndex(const ImageIndex& index, const Metadata& metadata)
     const std::string json = paddedJson(metadata);
     root.metadata = writeSection(m_file, std::as_bytes(std::span(json)), root.index.position + root.index.size);
     root.fileSize = root.metadata.position + root.metadata.size;
-    if (root.index.size > largestIndex || root.metadata.size > largestMetadata) {
-        throw Failure(ExitCode::Refused, "the source is too large or too fragmented for an image");
-    }
     m_file.truncate(root.fileSize);
     m_file.sync();
 }

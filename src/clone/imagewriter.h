@@ -12,6 +12,10 @@
 
 namespace kestro::clone {
 
+/// Throws Refused for a source that no image can hold, before anything of it is read: the index has its extents, but no
+/// chunks yet, the description no holes.
+void refuseTooLarge(const ImageIndex& index, const Metadata& metadata);
+
 /// Writes the body of an image that has a fresh head. Until commit the image is incomplete.
 class ImageWriter
 {

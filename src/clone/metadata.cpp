@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "clone/metadata.h"
 
+#include "clone/imageformat.h"
+
+#include <algorithm>
+
 #include <nlohmann/json.hpp>
 
 namespace kestro::clone {
@@ -8,6 +12,8 @@ namespace kestro::clone {
 using Json = nlohmann::json;
 
 namespace {
+
+constexpr int deepestNesting = 8;
 
 Json extentJson(const Extent& extent)
 {
@@ -49,6 +55,24 @@ Metadata metadataOf(const Json& json)
     return metadata;
 }
 
+/// How deep brackets stand in each other, those in strings apart. Deep nesting would make the parser use much memory.
+int nesting(std::string_view text)
+{
+    int depth = 0;
+    int deepest = 0;
+    bool quoted = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        i += quoted && c == '\\' ? 1 : 0;
+        quoted = quoted != (c == '"');
+        if (!quoted) {
+            depth += (c == '[' || c == '{') - (c == ']' || c == '}');
+            deepest = std::max(deepest, depth);
+        }
+    }
+    return deepest;
+}
+
 } // namespace
 
 std::string toJson(const Metadata& metadata)
@@ -68,9 +92,10 @@ std::string toJson(const Metadata& metadata)
 
 std::optional<Metadata> metadataFromJson(std::string_view text)
 {
-    // Deep nesting would be the only way to make the parser use much memory.
-    const auto shallow = [](int depth, Json::parse_event_t, const Json&) { return depth <= 8; };
-    const Json json = Json::parse(text, shallow, false);
+    if (text.size() > largestMetadata || nesting(text) > deepestNesting) {
+        return std::nullopt;
+    }
+    const Json json = Json::parse(text, nullptr, false);
     if (json.is_discarded()) {
         return std::nullopt;
     }

@@ -11,6 +11,11 @@
 
 namespace kestro::clone {
 
+/// More unreadable places than this are joined with their neighbours, and with what was read between them.
+inline constexpr std::size_t mostHoles = 4096;
+/// What one of them takes in the description.
+inline constexpr std::size_t largestHoleText = 96;
+
 /// One file system, swap area or container of the source.
 struct ContentPart
 {

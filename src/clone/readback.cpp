@@ -30,6 +30,9 @@ ReadBack::~ReadBack()
 
 void ReadBack::add(const ChunkRecord& chunk)
 {
+    if (chunk.codec == Codec::Zero) {
+        return;
+    }
     const std::lock_guard lock(m_mutex);
     if (m_failure) {
         std::rethrow_exception(m_failure);

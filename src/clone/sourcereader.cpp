@@ -3,8 +3,10 @@
 
 #include "clone/failure.h"
 #include "clone/interruption.h"
+#include "clone/metadata.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kestro::clone {
 
@@ -12,12 +14,15 @@ void HoleList::add(const Extent& hole)
 {
     const std::lock_guard lock(m_mutex);
     m_holes.push_back(hole);
+    if (m_holes.size() >= 2 * mostHoles) {
+        m_holes = limitedTo(inOrder(std::move(m_holes), ~std::uint64_t{0}), mostHoles);
+    }
 }
 
 ExtentList HoleList::inDeviceOrder(std::uint64_t deviceSize) const
 {
     const std::lock_guard lock(m_mutex);
-    return inOrder(m_holes, deviceSize);
+    return limitedTo(inOrder(m_holes, deviceSize), mostHoles);
 }
 
 SourceReader::SourceReader(const File& device, ReadErrors readErrors, HoleList& holes)

@@ -19,7 +19,7 @@ class HoleList
 {
 public:
     void add(const Extent& hole);
-    /// All of them in order.
+    /// All of them in order; of very many, the nearest are joined.
     [[nodiscard]] ExtentList inDeviceOrder(std::uint64_t deviceSize) const;
 
 private:

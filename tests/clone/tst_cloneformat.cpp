@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <ctime>
 #include <functional>
 #include <random>
 
@@ -124,7 +125,7 @@ void indexHeadersWithWrongCountsAreRefused()
     // Position and value of 64-bit numbers: counts, used bytes, chunk and sector size together.
     const std::vector<std::pair<std::size_t, std::uint64_t>> cases{{24, 0}, {32, 0}, {32, 1ULL << 20U},
         {32, (512ULL << 32U) | 4096}, {32, (512ULL << 32U) | (32 * mib)}, {40, ~0ULL}, {40, 1ULL << 60U}, {48, ~0ULL},
-        {48, 0}, {56, ~0ULL}, {56, 0}};
+        {48, 0}, {56, ~0ULL}, {56, 0}, {24, 10 * mib + 513}};
     for (const auto& [position, value] : cases) {
         IndexHeader header = good;
         std::memcpy(header.data() + position, &value, sizeof value);
@@ -206,6 +207,23 @@ void metadataComesBack()
         {std::string(), std::string("{}"), std::string("[]"), std::string("{\"tool\":1}"), deep}) {
         check(!metadataFromJson(text).has_value(), "no description: " + text.substr(0, 20));
     }
+    check(metadataFromJson(toJson(metadata) + " ")->parts[0].label.starts_with("a\""), "a quote in a string");
+}
+
+/// A description may cost as little time and memory as its size suggests, whatever stands in it.
+void hostileMetadataIsCheap()
+{
+    std::string text = toJson(Metadata{});
+    text.resize(text.rfind('}'));
+    text += ", \"z\": [0";
+    while (text.size() < largestMetadata - 32) {
+        text += ",{\"\":0}";
+    }
+    text += "]}";
+    const std::clock_t begin = std::clock();
+    check(metadataFromJson(text).has_value(), "unknown keys are ignored");
+    check(std::clock() - begin < 5 * CLOCKS_PER_SEC, "the time that many small values take");
+    check(!metadataFromJson(text + std::string(largestMetadata - text.size() + 1, ' ')).has_value(), "too large");
 }
 
 } // namespace
@@ -220,5 +238,6 @@ int main()
     chunksComeBack();
     extentsAreKeptInOrder();
     metadataComesBack();
+    hostileMetadataIsCheap();
     return checkResult();
 }
