@@ -100,7 +100,8 @@ void Progress::stopWithoutReader() const
 {
     pollfd descriptor{STDOUT_FILENO, POLLOUT, 0};
     const bool isGone = ::poll(&descriptor, 1, 0) > 0 && (descriptor.revents & (POLLERR | POLLNVAL)) != 0;
-    if (isGone && m_whenAlone == WhenAlone::Stop) {
+    const bool isClosed = ::write(STDOUT_FILENO, "", 0) < 0;
+    if ((isGone || isClosed) && m_whenAlone == WhenAlone::Stop) {
         requestStop();
     }
 }
@@ -109,12 +110,16 @@ void Progress::run()
 {
     std::unique_lock lock(m_mutex);
     while (!m_stop) {
-        print();
+        const std::string line = currentLine();
+        // Writing may take as long as the file system of the output stands still; nobody else waits for it.
+        lock.unlock();
+        print(line);
+        lock.lock();
         m_wake.wait_for(lock, interval, [this] { return m_stop; });
     }
 }
 
-void Progress::print()
+std::string Progress::currentLine()
 {
     const auto now = std::chrono::steady_clock::now();
     const auto weight = [](double sum, const Phase& phase) { return sum + phase.weight; };
@@ -124,10 +129,14 @@ void Progress::print()
     const double done = m_total == 0 ? 0 : static_cast<double>(m_done) / static_cast<double>(m_total);
     m_highest = std::max(m_highest, (before + std::min(done, 1.0) * current->weight) / all);
     const double phaseSeconds = std::max(secondsBetween(m_phaseBegin, now), 0.001);
-    const ProgressFigures figures{current->name, m_done, m_total,
-        static_cast<std::uint64_t>(static_cast<double>(m_done) / phaseSeconds), m_highest,
-        secondsBetween(m_begin, now)};
-    if (writeIfReady(progressLine(figures)) == Written::ReaderGone && m_whenAlone == WhenAlone::Stop) {
+    return progressLine(
+        {current->name, m_done, m_total, static_cast<std::uint64_t>(static_cast<double>(m_done) / phaseSeconds),
+            m_highest, secondsBetween(m_begin, now)});
+}
+
+void Progress::print(const std::string& line) const
+{
+    if (writeIfReady(line) == Written::ReaderGone && m_whenAlone == WhenAlone::Stop) {
         requestStop();
     }
 }

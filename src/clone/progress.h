@@ -61,7 +61,9 @@ public:
 
 private:
     void run();
-    void print();
+    /// Moves the highest figure; with the mutex held.
+    [[nodiscard]] std::string currentLine();
+    void print(const std::string& line) const;
 
     const std::vector<Phase> m_phases;
     const WhenAlone m_whenAlone;
