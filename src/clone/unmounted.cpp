@@ -37,6 +37,16 @@ std::string plainOptions(const Mount& mount)
     return options;
 }
 
+/// What any file system understands: what the mount may not do ("ro", "nosuid" and the like) holds for the new one too.
+/// A subvolume that was mounted must not become the whole.
+std::string ownOptions(const Mount& mount)
+{
+    std::string options = mount.options;
+    options += isWritable(mount) ? "" : ",ro";
+    options += mount.root == "/" ? "" : ",subvol=" + mount.root;
+    return options;
+}
+
 bool mountWith(const std::vector<std::string>& command, const std::string& folder)
 {
     // udisksd removes a mount point's folder that it made as soon as it hears that nothing is mounted there any more,
@@ -50,14 +60,35 @@ bool mountOnce(const Mount& mount)
 {
     const std::vector<std::vector<std::string>> attempts{
         {"mount", "-t", mount.type, "-o", plainOptions(mount), mount.source, mount.target},
-        // The image may hold another file system than the one that was there, with other options.
-        {"mount", "-o", mount.options, mount.source, mount.target},
-        {"mount", mount.source, mount.target},
+        // The image may hold another file system than the one that was there, which knows other options.
+        {"mount", "-o", ownOptions(mount), mount.source, mount.target},
     };
     const bool mounted = std::any_of(
         attempts.begin(), attempts.end(), [&](const auto& command) { return mountWith(command, mount.target); });
     const bool onlyThisReadOnly = hasOption(mount.options, "ro") && !hasOption(mount.superOptions, "ro");
-    return mounted && (!onlyThisReadOnly || runQuietly({"mount", "-o", "remount,bind,ro", mount.target}) == 0);
+    if (mounted && onlyThisReadOnly && runQuietly({"mount", "-o", "remount,bind,ro", mount.target}) != 0) {
+        ::umount2(mount.target.c_str(), UMOUNT_NOFOLLOW);
+        return false;
+    }
+    return mounted;
+}
+
+/// What a path leads to is the mount that was made there last.
+bool isOnTop(const Mount& mount)
+{
+    const auto mounts = currentMounts();
+    const auto top =
+        std::find_if(mounts.rbegin(), mounts.rend(), [&](const Mount& other) { return other.target == mount.target; });
+    return top != mounts.rend() && top->device == mount.device && top->root == mount.root;
+}
+
+/// 0 or the error.
+int unmount(const Mount& mount)
+{
+    if (!isOnTop(mount)) {
+        return EBUSY;
+    }
+    return ::umount2(mount.target.c_str(), UMOUNT_NOFOLLOW) == 0 ? 0 : errno;
 }
 
 } // namespace
@@ -72,8 +103,7 @@ UnmountedTarget::UnmountedTarget(const BlockDevice& target)
         }
     }
     for (auto mount = mounts.rbegin(); mount != mounts.rend(); ++mount) {
-        if (::umount2(mount->target.c_str(), UMOUNT_NOFOLLOW) != 0) {
-            const int error = errno;
+        if (const int error = unmount(*mount); error != 0) {
             std::for_each(m_mounts.begin(), m_mounts.end(), [](const Mount& undone) { (void)mountOnce(undone); });
             throw Failure(ExitCode::Busy, "cannot unmount " + mount->target + ": " + errorText(error));
         }
@@ -83,7 +113,9 @@ UnmountedTarget::UnmountedTarget(const BlockDevice& target)
 
 UnmountedTarget::~UnmountedTarget()
 {
-    std::for_each(m_mounts.begin(), m_mounts.end(), [](const Mount& mount) { (void)mountOnce(mount); });
+    if (!m_keep) {
+        std::for_each(m_mounts.begin(), m_mounts.end(), [](const Mount& mount) { (void)mountOnce(mount); });
+    }
 }
 
 void UnmountedTarget::mountAgain()
