@@ -15,9 +15,11 @@
 #include "clone/source.h"
 #include "clone/version.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <memory>
+#include <utility>
 
 #include <fcntl.h>
 
@@ -25,15 +27,16 @@ namespace kestro::clone {
 
 namespace {
 
-constexpr std::uint32_t smallestChunk = 2U << 20U;
-constexpr std::uint32_t largestChunk = 16U << 20U;
-/// The record of each chunk is kept in memory until the end, here and in every later run that reads the image.
+/// The record of each chunk is kept in memory until the end, here and in every later run that reads the image; so are
+/// the chunks that the threads work on. Larger ones than these are only for what would not fit into an image otherwise.
+constexpr std::uint32_t usualChunk = 2U << 20U;
+constexpr std::uint32_t comfortableChunk = 4U << 20U;
 constexpr std::uint64_t comfortableCount = 1ULL << 18U;
 
 std::uint32_t chunkSizeFor(std::uint64_t usedBytes)
 {
-    std::uint32_t size = smallestChunk;
-    while (size < largestChunk && usedBytes / size >= comfortableCount) {
+    std::uint32_t size = usedBytes <= comfortableCount * usualChunk ? usualChunk : comfortableChunk;
+    while (size < largestChunk && usedBytes > std::uint64_t{mostChunks} * size) {
         size *= 2;
     }
     return size;
@@ -53,16 +56,26 @@ std::string utcNow()
 struct Source
 {
     BlockDevice device;
-    /// Open, and locked against a second run.
+    DeviceLocks locks;
     File file;
 };
 
 Source lockedSource(const BlockDevice& device)
 {
-    // Not for itself alone: readers of used blocks, such as F2FS's, insist on that for themselves.
-    Source source{device, File::openDirect(device.path, O_RDONLY)};
-    source.file.lockExclusively();
-    return source;
+    DeviceLocks locks = lockAgainstOtherRuns(device);
+    return {device, std::move(locks), File::openDirect(device.path, O_RDONLY)};
+}
+
+/// Keeps everybody from mounting a source that is not mounted while it is read. Not to be had before its used blocks
+/// are known, because some readers of them, such as F2FS's, insist on having the device for themselves.
+File claimed(const BlockDevice& device, const FrozenMounts& frozen)
+{
+    File claim(::open(device.path.c_str(), O_RDONLY | O_EXCL | O_CLOEXEC), device.path);
+    const auto mounts = mountsOf(device);
+    if (!frozen.any() && std::any_of(mounts.begin(), mounts.end(), isWritable)) {
+        throw Failure(ExitCode::Busy, device.path + " was mounted for writing while it was being read");
+    }
+    return claim;
 }
 
 /// Where chunks go: into the image, and then to be read back.
@@ -85,7 +98,7 @@ void writeChunks(const Source& source, ImageIndex& index, Destination& destinati
     const std::uint32_t chunkSize = index.chunkSize;
     const ChunkLayout layout(index.extents, chunkSize);
     index.chunks.resize(layout.chunkCount());
-    runCrew(0, layout.chunkCount(), crewSize(chunkSize), [&]() -> ChunkTask {
+    runCrew(0, layout.chunkCount(), crewSize(index, chunkSize), [&]() -> ChunkTask {
         auto content = std::make_shared<AlignedBuffer>(chunkSize);
         auto encoder = std::make_shared<ChunkEncoder>(chunkSize);
         auto reader = std::make_shared<SourceReader>(source.file, reading.readErrors, reading.holes);
@@ -115,14 +128,36 @@ Metadata describe(const Source& source, const SourceMap& map, bool frozen)
     return metadata;
 }
 
+[[noreturn]] void throwMismatch(const std::string& path)
+{
+    throw Failure(ExitCode::Mismatch, path + " does not hold what was written to it");
+}
+
 /// Reads back what was written, past the cache, before it may count as complete.
 void checkWritten(const File& image, Destination& destination, const ImageIndex& index)
 {
     destination.readBack.finish();
     image.dropCache();
+    const RootRecord& root = destination.writer.head().root;
+    (void)readSection(image, root.metadata);
+    (void)readSection(image, root.custom);
     const ImageIndex readBack = readIndex(image, destination.writer.head());
     if (readBack.chunks.size() != index.chunks.size() || readBack.extents != index.extents) {
-        throw Failure(ExitCode::Mismatch, image.path() + " does not hold what was written to it");
+        throwMismatch(image.path());
+    }
+}
+
+/// Opens the finished image as every later user will. Until that has worked, an older one stays in force.
+ImageReader opened(const File& image)
+{
+    image.dropCache();
+    try {
+        return ImageReader(image.path());
+    } catch (const Failure& failure) {
+        if (failure.code() == ExitCode::InvalidImage) {
+            throwMismatch(image.path());
+        }
+        throw;
     }
 }
 
@@ -137,9 +172,11 @@ ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readError
     Reading reading{readErrors, {}, progress};
     FrozenMounts frozen(mountsOf(source.device));
     SourceMap map = mapSource(source.device);
+    const File claim = claimed(source.device, frozen);
     Metadata metadata = describe(source, map, frozen.any());
     const std::uint32_t chunkSize = chunkSizeFor(totalLength(map.extents));
     ImageIndex index{source.device.size, chunkSize, source.device.sectorSize, std::move(map.extents), {}};
+    refuseTooLarge(index, metadata);
     Destination destination{{image.file(), image.head()}, {image.file(), chunkSize}};
     try {
         progress.nextPhase(totalLength(index.extents));
@@ -170,9 +207,8 @@ void backUp(const std::string& device, const std::string& image, ReadErrors read
     NewImage target(image);
     Progress progress({{"reading, writing and reading back", 95}, {"finishing", 5}}, WhenAlone::Stop);
     const ExtentList holes = makeImage(source, target, readErrors, progress);
+    const ImageReader finished = opened(target.file());
     target.takePlace();
-    // Opened as every later user will.
-    const ImageReader finished(image);
     if (!holes.empty()) {
         throw Failure(ExitCode::Holes, holesSentence(holes, image));
     }

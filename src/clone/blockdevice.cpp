@@ -4,9 +4,11 @@
 #include "clone/failure.h"
 #include "clone/file.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <sstream>
+#include <string_view>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -46,6 +48,14 @@ std::optional<dev_t> numberIn(const fs::path& folder)
     char colon = 0;
     std::istringstream stream(firstLine(folder / "dev"));
     return stream >> majorPart >> colon >> minorPart ? std::optional(makedev(majorPart, minorPart)) : std::nullopt;
+}
+
+/// The device's node; where its name holds a slash, its folder has an exclamation mark.
+std::string nodeOf(const fs::path& folder)
+{
+    std::string name = folder.filename().string();
+    std::replace(name.begin(), name.end(), '!', '/');
+    return "/dev/" + name;
 }
 
 void addFoundations(const fs::path& folder, std::set<dev_t>& found)
@@ -108,6 +118,16 @@ std::set<dev_t> foundationsOf(dev_t device)
     return found;
 }
 
+std::string loopFileOf(dev_t device)
+{
+    constexpr std::string_view removed{" (deleted)"};
+    std::string file = firstLine(sysfsFolder(device) / "loop" / "backing_file");
+    if (file.ends_with(removed)) {
+        file.resize(file.size() - removed.size());
+    }
+    return file;
+}
+
 bool liesOn(dev_t device, dev_t other)
 {
     return foundationsOf(device).contains(other);
@@ -119,7 +139,7 @@ std::string partitionNodeAt(const BlockDevice& disk, std::uint64_t offset, std::
     for (const auto& entry : fs::directory_iterator(sysfsFolder(disk.number), error)) {
         const bool fits = fs::exists(entry.path() / "partition") && bytesIn(entry.path() / "start") == offset
             && bytesIn(entry.path() / "size") == length;
-        std::string node = "/dev/" + entry.path().filename().string();
+        std::string node = nodeOf(entry.path());
         struct stat status
         {
         };
@@ -130,13 +150,18 @@ std::string partitionNodeAt(const BlockDevice& disk, std::uint64_t offset, std::
     return {};
 }
 
+std::string diskNodeOf(const BlockDevice& partition)
+{
+    return partition.isPartition ? nodeOf(sysfsFolder(partition.number).parent_path()) : "";
+}
+
 std::vector<std::string> partitionNodesOf(const BlockDevice& disk)
 {
     std::vector<std::string> nodes;
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(sysfsFolder(disk.number), error)) {
         if (fs::exists(entry.path() / "partition")) {
-            nodes.push_back("/dev/" + entry.path().filename().string());
+            nodes.push_back(nodeOf(entry.path()));
         }
     }
     return nodes;

@@ -37,8 +37,14 @@ struct BlockDevice
 /// True when the first device is, or is built on, the second one.
 [[nodiscard]] bool liesOn(dev_t device, dev_t other);
 
+/// The file that a loop device stands for; empty for any other device.
+[[nodiscard]] std::string loopFileOf(dev_t device);
+
 /// The kernel's node of the partition of this disk that begins at this byte; empty when it knows none.
 [[nodiscard]] std::string partitionNodeAt(const BlockDevice& disk, std::uint64_t offset, std::uint64_t length);
+
+/// The node of the disk that a partition is on; empty for what is no partition.
+[[nodiscard]] std::string diskNodeOf(const BlockDevice& partition);
 
 /// The kernel's nodes of all partitions of this disk.
 [[nodiscard]] std::vector<std::string> partitionNodesOf(const BlockDevice& disk);

@@ -14,8 +14,12 @@ namespace kestro::clone {
 
 namespace {
 
-/// All buffers of all threads together, with some room for the compressor: the rest of 64 MiB is for the index.
-constexpr std::uint64_t bufferBudget = 44ULL << 20U;
+/// The memory of a run at any size that the program aims at, without the program itself.
+constexpr std::uint64_t budget = 52ULL << 20U;
+/// A chunk's record, and its place in the layout.
+constexpr std::uint64_t bytesOfChunk = sizeof(ChunkRecord) + 16;
+/// What one thread needs besides two buffers, most of it for the compressor.
+constexpr std::uint64_t bytesOfThread = 3ULL << 20U;
 
 struct Shared
 {
@@ -46,10 +50,12 @@ void work(Shared& shared, const std::function<ChunkTask()>& makeTask)
 
 } // namespace
 
-unsigned crewSize(std::uint32_t chunkSize)
+unsigned crewSize(const ImageIndex& index, std::uint64_t otherBytes)
 {
-    const auto fitting = static_cast<unsigned>(bufferBudget / (2ULL * chunkSize + (3ULL << 20U)));
-    return std::clamp(std::min(fitting, std::thread::hardware_concurrency() + 2), 1U, 32U);
+    const std::uint64_t taken = index.chunks.size() * bytesOfChunk + index.extents.size() * sizeof(Extent) + otherBytes;
+    const std::uint64_t left = budget - std::min(budget, taken);
+    const auto fitting = static_cast<unsigned>(left / (2ULL * index.chunkSize + bytesOfThread));
+    return std::clamp(std::min(fitting, std::thread::hardware_concurrency() + 2), 2U, 32U);
 }
 
 void runCrew(std::uint64_t first, std::uint64_t last, unsigned threads, const std::function<ChunkTask()>& makeTask)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "clone/imageindex.h"
+
 #include <cstdint>
 #include <functional>
 
@@ -9,9 +11,9 @@ namespace kestro::clone {
 /// Does one chunk's work.
 using ChunkTask = std::function<void(std::uint64_t chunk)>;
 
-/// How many threads share the chunks: enough to compute on every core while others wait for a device, few enough for
-/// their buffers.
-[[nodiscard]] unsigned crewSize(std::uint32_t chunkSize);
+/// How many threads share the chunks of an image: enough to compute on every core while others wait for a device, few
+/// enough for the memory of their buffers, of the index and of so many other bytes together. Never less than two.
+[[nodiscard]] unsigned crewSize(const ImageIndex& index, std::uint64_t otherBytes = 0);
 
 /// Runs a task for the chunks first to last - 1, roughly in order, on several threads. makeTask runs once in each
 /// thread and gives it its own buffers. The first failure, or an interruption, stops all threads and is thrown here.

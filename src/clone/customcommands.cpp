@@ -54,8 +54,7 @@ std::vector<std::byte> encodedWithin(const CustomFiles& files)
 /// power fails, the image is as it was.
 void replaceCustomFiles(const std::string& path, const std::string& name, std::vector<std::byte> content)
 {
-    File file = openImage(path, O_RDWR);
-    file.lockExclusively();
+    const File file = openLockedImage(path, O_RDWR);
     ImageHead head = readHead(file);
     if (head.root.complete) {
         (void)readIndex(file, head);
@@ -87,7 +86,11 @@ void readCustomFile(const std::string& address, const std::string& file)
 {
     const auto [path, name] = parsedAddress(address);
     const File image = openImage(path, O_RDONLY);
-    const CustomFiles files = readCustomFiles(image, readHead(image));
+    const ImageHead head = readHead(image);
+    if (!head.root.complete) {
+        throwInvalidImage(path, "it is incomplete");
+    }
+    const CustomFiles files = readCustomFiles(image, head);
     const auto found = files.find(name);
     if (found == files.end()) {
         throw Failure(ExitCode::Refused, path + " holds no file " + name);

@@ -82,6 +82,21 @@ void transferAll(
     }
 }
 
+void lock(const File& file, int kind)
+{
+    constexpr int tries = 30;
+    for (int i = 0; ::flock(file.fd(), kind | LOCK_NB) != 0; ++i) {
+        // Network file systems have errors of their own here, which say nothing of another run.
+        if (const int error = errno; error != EWOULDBLOCK && error != EINTR) {
+            throw Failure(ExitCode::Refused, "cannot lock " + file.path() + ": " + errorText(error));
+        }
+        if (i == tries) {
+            throw Failure(ExitCode::Busy, file.path() + " is in use by another run");
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+}
+
 } // namespace
 
 File::File(int fd, std::string path)
@@ -122,7 +137,7 @@ File File::openDirect(const std::string& path, int flags, unsigned mode)
 {
     const int fd = ::open(path.c_str(), flags | O_CLOEXEC | O_DIRECT, mode);
     // Some network and memory file systems know no direct input and output.
-    return fd >= 0 || errno != EINVAL ? (fd >= 0 ? File(fd, path) : open(path, flags, mode)) : open(path, flags, mode);
+    return fd >= 0 ? File(fd, path) : open(path, flags, mode);
 }
 
 bool File::isDirect() const
@@ -187,13 +202,24 @@ void File::dropCache() const
 
 void File::lockExclusively() const
 {
-    constexpr int tries = 30;
-    for (int i = 0; ::flock(m_fd, LOCK_EX | LOCK_NB) != 0; ++i) {
-        if (errno != EWOULDBLOCK || i == tries) {
-            throw Failure(ExitCode::Busy, m_path + " is in use by another run");
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    }
+    lock(*this, LOCK_EX);
+}
+
+void File::lockShared() const
+{
+    lock(*this, LOCK_SH);
+}
+
+bool File::isAt(const std::string& path) const
+{
+    struct stat mine
+    {
+    };
+    struct stat there
+    {
+    };
+    return ::fstat(m_fd, &mine) == 0 && ::stat(path.c_str(), &there) == 0 && mine.st_dev == there.st_dev
+        && mine.st_ino == there.st_ino;
 }
 
 void syncDirectoryOf(const std::string& path)

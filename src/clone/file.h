@@ -53,8 +53,13 @@ public:
     void dropCache() const;
 
     /// Takes the advisory lock that keeps a second run away; waits a few seconds because udev holds it briefly while
-    /// it probes a device. Throws Busy.
+    /// it probes a device. Throws Busy, or Refused where the file system knows no locks.
     void lockExclusively() const;
+    /// The same for those who only need that nobody holds it exclusively.
+    void lockShared() const;
+
+    /// True while this very file stands at the path: not when another one took its place.
+    [[nodiscard]] bool isAt(const std::string& path) const;
 
 private:
     int m_fd = -1;

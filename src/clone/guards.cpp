@@ -7,17 +7,60 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace kestro::clone {
 
+namespace {
+
+/// Adds every device that a file at this path is written to: those of its file system, of the folder that an overlay
+/// writes to, and of the file that a loop device stands for.
+void addDevicesBelow(const std::string& path, const std::vector<Mount>& mounts, std::set<dev_t>& found)
+{
+    const Mount* mount = path.empty() ? nullptr : mountOfPath(mounts, path);
+    if (mount == nullptr) {
+        return;
+    }
+    for (const dev_t device : foundationsOf(deviceOf(*mount))) {
+        if (found.insert(device).second) {
+            addDevicesBelow(loopFileOf(device), mounts, found);
+            addDevicesBelow(mount->type == "overlay" ? upperFolderOf(*mount) : "", mounts, found);
+        }
+    }
+}
+
+} // namespace
+
+DeviceLocks lockAgainstOtherRuns(const BlockDevice& device)
+{
+    DeviceLocks locks;
+    if (const std::string disk = diskNodeOf(device); !disk.empty()) {
+        locks.push_back(File::open(disk, O_RDONLY));
+        locks.back().lockShared();
+    }
+    locks.push_back(File::open(device.path, O_RDONLY));
+    locks.back().lockExclusively();
+    return locks;
+}
+
 void refuseImageOn(const BlockDevice& device, const std::string& image)
+{
+    std::set<dev_t> devices;
+    addDevicesBelow(image, currentMounts(), devices);
+    if (devices.contains(device.number)) {
+        throw Failure(ExitCode::Overlap, "the image " + image + " lies on " + device.path + " itself");
+    }
+}
+
+void refuseImageAmongDevices(const std::string& image)
 {
     const auto mounts = currentMounts();
     const Mount* mount = mountOfPath(mounts, image);
-    if (mount != nullptr && liesOn(deviceOf(*mount), device.number)) {
-        throw Failure(ExitCode::Overlap, "the image " + image + " lies on " + device.path + " itself");
+    if (mount != nullptr && (mount->type == "devtmpfs" || mount->target == "/dev")) {
+        throw Failure(ExitCode::Refused, image + " is no device, and no image is made among devices");
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "clone/blockdevice.h"
+#include "clone/file.h"
 #include "clone/mounttable.h"
 
 #include <string>
@@ -9,8 +10,18 @@
 
 namespace kestro::clone {
 
+/// Keeps other runs away from a device for as long as it lives.
+using DeviceLocks = std::vector<File>;
+
+/// Locks a device against every other run. A run on a disk and one on a partition of it exclude each other; runs on two
+/// partitions of a disk do not. Throws Busy.
+[[nodiscard]] DeviceLocks lockAgainstOtherRuns(const BlockDevice& device);
+
 /// Throws Overlap when the image is, or would be, on the device, or on something that is built on it.
 void refuseImageOn(const BlockDevice& device, const std::string& image);
+
+/// Throws Refused when the image would be made in the folder of the devices: a mistyped device.
+void refuseImageAmongDevices(const std::string& image);
 
 /// The mounts of a device and of everything that is built on it, in the order in which they were made.
 [[nodiscard]] std::vector<Mount> mountsOf(const BlockDevice& device);

@@ -45,19 +45,36 @@ void writeBlock(const File& image, const Block& block, std::uint64_t position)
 
 void throwInvalidImage(const std::string& path, const std::string& reason)
 {
-    throw Failure(ExitCode::InvalidImage, path + " is not a usable image: " + reason);
+    throw Failure(ExitCode::InvalidImage, "invalid file: " + path + " is not a usable image: " + reason);
 }
 
 File openImage(const std::string& path, int flags)
 {
-    File image = File::openDirect(path, flags | O_NONBLOCK);
     struct stat status
     {
     };
+    const bool exists = ::stat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+    if (!exists && (flags & O_CREAT) == 0) {
+        throwInvalidImage(path, "there is no such file");
+    }
+    File image = File::openDirect(path, flags | O_NONBLOCK);
     if (::fstat(image.fd(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        throw Failure(ExitCode::Refused, path + " is not a regular file");
+        throwInvalidImage(path, "it is not a regular file");
     }
     return image;
+}
+
+File openLockedImage(const std::string& path, int flags)
+{
+    constexpr int tries = 10;
+    for (int i = 0; i < tries; ++i) {
+        File image = openImage(path, flags);
+        image.lockExclusively();
+        if (image.isAt(path)) {
+            return image;
+        }
+    }
+    throw Failure(ExitCode::Busy, path + " is replaced by other runs again and again");
 }
 
 ImageHead readHead(const File& image)

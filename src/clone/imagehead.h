@@ -21,8 +21,13 @@ struct ImageHead
     unsigned slot = 0;
 };
 
-/// Opens a regular file past the page cache; throws Refused for anything else, also for a FIFO, without waiting.
+/// Opens a regular file past the page cache; throws InvalidImage for anything else, also for a FIFO, without waiting,
+/// and for what is missing and shall not be made.
 [[nodiscard]] File openImage(const std::string& path, int flags);
+
+/// As openImage, and locks the image exclusively. What is locked is what stands at the path then, also when another run
+/// put a new image there while this one waited. Throws Busy too.
+[[nodiscard]] File openLockedImage(const std::string& path, int flags);
 
 /// Reads the head of an open image. Throws InvalidImage when the header or *either* root record is damaged or the file
 /// is shorter than the root says: no record is trusted over a damaged one.

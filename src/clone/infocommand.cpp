@@ -19,8 +19,10 @@ namespace {
 
 int printInvalid(const std::string& reason)
 {
-    std::fputs("invalid file\n", stdout);
-    std::fprintf(stderr, "kestro-clone: invalid file: %s\n", oneLine(reason).c_str());
+    constexpr const char* mark = "invalid file";
+    std::fprintf(stdout, "%s\n", mark);
+    const std::string sentence = reason.starts_with(mark) ? reason : std::string(mark) + ": " + reason;
+    std::fprintf(stderr, "kestro-clone: %s\n", oneLine(sentence).c_str());
     return static_cast<int>(ExitCode::InvalidImage);
 }
 

@@ -115,6 +115,18 @@ bool hasOption(std::string_view options, std::string_view option)
     return list.find("," + std::string(option) + ",") != std::string::npos;
 }
 
+std::string upperFolderOf(const Mount& overlay)
+{
+    constexpr std::string_view name{"upperdir="};
+    std::istringstream options(overlay.superOptions);
+    for (std::string option; std::getline(options, option, ',');) {
+        if (option.starts_with(name)) {
+            return unescaped(option.substr(name.size()));
+        }
+    }
+    return {};
+}
+
 bool isWritable(const Mount& mount)
 {
     return !hasOption(mount.options, "ro") && !hasOption(mount.superOptions, "ro");

@@ -41,6 +41,9 @@ struct Mount
 /// True when the comma-separated options hold this one.
 [[nodiscard]] bool hasOption(std::string_view options, std::string_view option);
 
+/// The folder that an overlay's files are written to; empty for one that is only read.
+[[nodiscard]] std::string upperFolderOf(const Mount& overlay);
+
 /// The mount that a path lies on, or would lie on when it is made; the path's folder must exist. Null when none fits.
 [[nodiscard]] const Mount* mountOfPath(const std::vector<Mount>& mounts, const std::string& path);
 

@@ -9,7 +9,8 @@
 namespace kestro::clone {
 
 /// The file that a new image is written to. Custom files that stand at the path already are kept. A complete image at
-/// the path stays there until the new one takes its place; anything that is no image is refused.
+/// the path stays there until the new one takes its place, which is made beside it under a name that nothing else has;
+/// anything that is no image is refused.
 class NewImage
 {
 public:
@@ -23,10 +24,13 @@ public:
     [[nodiscard]] const File& file() const { return m_file; }
     [[nodiscard]] const ImageHead& head() const { return m_head; }
 
-    /// The image is complete: from now on it is the one at the path, durably.
+    /// The image is complete: from now on it is the one at the path, durably. Throws Refused when something else came
+    /// to stand there in the meantime.
     void takePlace();
 
 private:
+    void removeUnfinished() noexcept;
+
     std::string m_path;
     bool m_beside = false;
     File m_old;

@@ -6,6 +6,7 @@
 #include "clone/guards.h"
 #include "clone/humansize.h"
 #include "clone/imagereader.h"
+#include "clone/process.h"
 #include "clone/progress.h"
 #include "clone/targetwriter.h"
 #include "clone/unmounted.h"
@@ -44,13 +45,24 @@ void refuseUnfitTarget(const ImageReader& image, const BlockDevice& target)
     refuseSwapOn(target);
 }
 
+/// What udev does with a disk that was written begins when it is neither open nor locked any more.
+void letOthersSee(DeviceLocks& locks)
+{
+    locks.clear();
+    (void)runQuietly({"udevadm", "settle", "--timeout=10"});
+}
+
 /// Read through the page cache, emptied of the image first: the check then reads the medium, and what the check has
 /// read need not come from a slow medium a second time, as far as memory is free.
 File lockedImage(const std::string& path)
 {
     (void)openImage(path, O_RDONLY);
     File file = File::open(path, O_RDONLY);
-    file.lockExclusively();
+    // Nothing is written to it, and some network file systems lock exclusively only what is open for writing.
+    file.lockShared();
+    if (!file.isAt(path)) {
+        throw Failure(ExitCode::Busy, path + " was replaced by another run");
+    }
     file.sync();
     file.dropCache();
     return file;
@@ -64,6 +76,7 @@ void restore(const std::string& image, const std::string& device, ReadErrors rea
     File file = lockedImage(image);
     const ImageReader reader(std::move(file));
     const BlockDevice target = blockDeviceAt(device);
+    DeviceLocks locks = lockAgainstOtherRuns(target);
     refuseHoles(reader, readErrors);
     refuseUnfitTarget(reader, target);
     Progress progress({{"checking the image", 15}, {"writing", 55}, {"reading back", 30}}, WhenAlone::GoOn);
@@ -71,7 +84,12 @@ void restore(const std::string& image, const std::string& device, ReadErrors rea
     verifyChunks(reader.file(), reader.index(), progress);
 
     UnmountedTarget unmounted(target);
-    TargetWriter(reader, target, progress).run();
+    {
+        TargetWriter writer(reader, target, progress);
+        unmounted.keep();
+        writer.run();
+    }
+    letOthersSee(locks);
     unmounted.mountAgain();
     progress.finish("restored " + humanSize(totalLength(reader.index().extents)));
 }

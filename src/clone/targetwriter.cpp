@@ -5,12 +5,16 @@
 #include "clone/chunkcodec.h"
 #include "clone/crew.h"
 #include "clone/failure.h"
+#include "clone/partitions.h"
 #include "clone/piecesio.h"
 #include "clone/process.h"
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <chrono>
 #include <memory>
+#include <thread>
 
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -84,6 +88,36 @@ bool zeroOut(const File& device, const ExtentList& pieces)
     });
 }
 
+/// Tells the kernel to read the partition table; 0, or the error. Whoever looks at a partition for a moment, as udev
+/// does, stands in the way.
+int rereadPartitions(const File& device)
+{
+    constexpr int tries = 20;
+    int error = EBUSY;
+    for (int i = 0; i < tries && error == EBUSY; ++i) {
+        if (i > 0) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+        error = ::ioctl(device.fd(), BLKRRPART, 0) == 0 ? 0 : errno;
+    }
+    return error;
+}
+
+/// Devices that have no partitions of their own accord, such as loop devices, may have been given some: those are taken
+/// away and the new ones given. False when the kernel does not have all of these then, whatever the tool says.
+bool replacePartitions(const BlockDevice& disk)
+{
+    if (partitionNodesOf(disk).empty()) {
+        return true;
+    }
+    (void)runQuietly({"partx", "-d", disk.path});
+    (void)runQuietly({"partx", "-a", disk.path});
+    const auto partitions = partitionsOf(disk);
+    return std::all_of(partitions.begin(), partitions.end(), [&](const Partition& partition) {
+        return partition.isExtended || !partitionNodeAt(disk, partition.range.offset, partition.range.length).empty();
+    });
+}
+
 } // namespace
 
 TargetWriter::TargetWriter(const ImageReader& image, const BlockDevice& target, Progress& progress)
@@ -92,9 +126,7 @@ TargetWriter::TargetWriter(const ImageReader& image, const BlockDevice& target, 
     , m_progress(progress)
     , m_layout(image.index().extents, image.index().chunkSize)
     , m_device(File::openDirect(target.path, O_RDWR | O_EXCL))
-{
-    m_device.lockExclusively();
-}
+{ }
 
 void TargetWriter::run()
 {
@@ -121,8 +153,7 @@ void TargetWriter::wipeBeginning()
 
 void TargetWriter::writeChunks()
 {
-    const std::uint32_t chunkSize = m_image.index().chunkSize;
-    runCrew(0, m_layout.chunkCount(), crewSize(chunkSize), [this]() -> ChunkTask {
+    runCrew(0, m_layout.chunkCount(), crewSize(m_image.index()), [this]() -> ChunkTask {
         auto unpacker = std::make_shared<Unpacker>(m_image);
         return [this, unpacker](std::uint64_t chunk) {
             const std::uint32_t size = m_layout.contentSize(chunk);
@@ -157,7 +188,7 @@ void TargetWriter::writeBeginning(std::uint64_t chunkCount)
 void TargetWriter::checkChunks(std::uint64_t first, std::uint64_t last)
 {
     const std::uint32_t chunkSize = m_image.index().chunkSize;
-    runCrew(first, last, crewSize(chunkSize), [this, chunkSize]() -> ChunkTask {
+    runCrew(first, last, crewSize(m_image.index()), [this, chunkSize]() -> ChunkTask {
         auto content = std::make_shared<AlignedBuffer>(chunkSize);
         auto io = std::make_shared<PiecesIo>();
         return [this, content, io](std::uint64_t chunk) {
@@ -189,9 +220,10 @@ void TargetWriter::readPartitionsAgain()
     if (m_image.metadata().partitionTable.empty()) {
         return;
     }
-    // Devices that have no partitions of their own accord, such as loop devices, may have been given some.
-    if (::ioctl(m_device.fd(), BLKRRPART, 0) != 0 && !partitionNodesOf(m_target).empty()) {
-        (void)runQuietly({"partx", "-u", m_target.path});
+    const int error = rereadPartitions(m_device);
+    if (error != 0 && !replacePartitions(m_target)) {
+        throw Failure(ExitCode::NotRemounted,
+            m_target.path + " is restored, but the kernel still uses its old partition table: " + errorText(error));
     }
     // Whoever looks for the partitions next asks udev's database.
     (void)runQuietly({"udevadm", "settle", "--timeout=10"});

@@ -18,7 +18,7 @@ void verifyContents(const ImageReader& image, Progress& progress)
 {
     const ImageIndex& index = image.index();
     const ChunkLayout layout(index.extents, index.chunkSize);
-    runCrew(0, index.chunks.size(), crewSize(index.chunkSize), [&]() -> ChunkTask {
+    runCrew(0, index.chunks.size(), crewSize(index), [&]() -> ChunkTask {
         auto stored = std::make_shared<AlignedBuffer>(index.chunkSize);
         auto content = std::make_shared<AlignedBuffer>(index.chunkSize);
         auto decoder = std::make_shared<ChunkDecoder>();
@@ -43,7 +43,7 @@ std::uint64_t storedBytesOf(const ImageIndex& index)
 
 void verifyChunks(const File& image, const ImageIndex& index, Progress& progress)
 {
-    runCrew(0, index.chunks.size(), crewSize(index.chunkSize), [&]() -> ChunkTask {
+    runCrew(0, index.chunks.size(), crewSize(index), [&]() -> ChunkTask {
         auto buffer = std::make_shared<AlignedBuffer>(index.chunkSize);
         return [&, buffer](
                    std::uint64_t chunk) { progress.add(readStoredChunk(image, index.chunks[chunk], *buffer).size()); };

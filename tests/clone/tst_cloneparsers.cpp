@@ -32,6 +32,8 @@ void mountTableIsRead()
     check(mountOfPath(mounts, "/mnt/a/y.kim") == &mounts[2], "the nearest mount");
     check(mountOfPath(mounts, "/mnt/abc") == &mounts[0], "a name that only begins the same");
     check(mountOfPath({}, "/x") == nullptr, "no mounts");
+    const Mount overlay{0, "/", "/o", "rw", "overlay", "none", "rw,lowerdir=/l,upperdir=/u\\040p,workdir=/w"};
+    check(upperFolderOf(overlay) == "/u p" && upperFolderOf(mounts[0]).empty(), "what an overlay writes to");
     check(hasOption("rw,noatime", "rw") && !hasOption("rwx,a=rw", "rw"), "whole options only");
 }
 

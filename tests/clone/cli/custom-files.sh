@@ -1,11 +1,15 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash disable=SC2154
+# needs: root
 # A custom file goes into an image that does not exist yet; such an image is not a good one.
 printf 'UUID=1\nVersion=1.1\n' >DiskInfo
 kc --write-custom-file "kim://$T//a.kim/DiskInfo" DiskInfo
 stat -c '%a' a.kim
 kc --kim-info a.kim
 cat out
+kc --read-custom-file "kim://$T/a.kim/DiskInfo" copy
+device source 4M
+kc --tui "$source" a.kim
 kc --read-custom-file "kim://$T/a.kim/DiskInfo" copy
 cmp copy DiskInfo
 stat -c '%a' copy

@@ -13,10 +13,13 @@ declare -A attached=()
 
 clean_up() {
     local item
-    for ((item = ${#mounts[@]} - 1; item >= 0; item--)); do
-        umount -q -- "${mounts[item]}" 2>/dev/null || true
+    # Twice: a loop device may stand for a file on one of the mounts.
+    for _ in 1 2; do
+        for ((item = ${#mounts[@]} - 1; item >= 0; item--)); do
+            umount -q -- "${mounts[item]}" 2>/dev/null || true
+        done
+        for item in "${!attached[@]}"; do losetup -d "$item" 2>/dev/null || true; done
     done
-    for item in "${!attached[@]}"; do losetup -d "$item" 2>/dev/null || true; done
     rm -rf --one-file-system -- "$T"
 }
 trap clean_up EXIT
