@@ -45,7 +45,8 @@ void refuseUnfitTarget(const ImageReader& image, const BlockDevice& target)
     refuseSwapOn(target);
 }
 
-/// What udev does with a disk that was written begins when it is neither open nor locked any more.
+/// Whoever looks for the partitions next asks udev's database. What udev does with a disk that was written begins when
+/// it is neither open nor locked any more.
 void letOthersSee(DeviceLocks& locks)
 {
     locks.clear();

@@ -225,8 +225,6 @@ void TargetWriter::readPartitionsAgain()
         throw Failure(ExitCode::NotRemounted,
             m_target.path + " is restored, but the kernel still uses its old partition table: " + errorText(error));
     }
-    // Whoever looks for the partitions next asks udev's database.
-    (void)runQuietly({"udevadm", "settle", "--timeout=10"});
 }
 
 } // namespace kestro::clone
