@@ -171,7 +171,7 @@ ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readError
 {
     Reading reading{readErrors, {}, progress};
     FrozenMounts frozen(mountsOf(source.device));
-    SourceMap map = mapSource(source.device);
+    SourceMap map = mapSource(source.device, frozen.devices());
     const File claim = claimed(source.device, frozen);
     Metadata metadata = describe(source, map, frozen.any());
     const std::uint32_t chunkSize = chunkSizeFor(totalLength(map.extents));
@@ -213,7 +213,8 @@ void backUp(const std::string& device, const std::string& image, ReadErrors read
         throw Failure(ExitCode::Holes, holesSentence(holes, image));
     }
     progress.finish("backed up " + humanSize(totalLength(finished.index().extents)) + " as "
-        + humanSize(finished.head().root.fileSize));
+        + humanSize(finished.head().root.fileSize)
+        + (finished.metadata().needsRecovery ? ", a file system whole because it needs recovery" : ""));
 }
 
 } // namespace kestro::clone

@@ -2,31 +2,37 @@
 #include "clone/extents.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
+#include <utility>
 
 namespace kestro::clone {
 
 ExtentList inOrder(ExtentList extents, std::uint64_t deviceSize)
 {
     std::sort(extents.begin(), extents.end(), [](const Extent& a, const Extent& b) { return a.offset < b.offset; });
-    ExtentList result;
-    for (const Extent& extent : extents) {
+    std::size_t kept = 0;
+    for (const Extent extent : extents) {
         const std::uint64_t begin = std::min(extent.offset, deviceSize);
         const std::uint64_t end = begin + std::min(extent.length, deviceSize - begin);
         if (begin == end) {
             continue;
         }
-        if (!result.empty() && begin <= result.back().end()) {
-            result.back().length = std::max(result.back().end(), end) - result.back().offset;
+        if (kept > 0 && begin <= extents[kept - 1].end()) {
+            Extent& last = extents[kept - 1];
+            last.length = std::max(last.end(), end) - last.offset;
         } else {
-            result.push_back({begin, end - begin});
+            extents[kept++] = {begin, end - begin};
         }
     }
-    return result;
+    extents.resize(kept);
+    return extents;
 }
 
 ExtentList alignedOutward(ExtentList extents, std::uint64_t alignment, std::uint64_t deviceSize)
 {
+    // Cut at the device first: what lies far behind it could not be rounded up.
+    extents = inOrder(std::move(extents), deviceSize);
     for (Extent& extent : extents) {
         const std::uint64_t begin = extent.offset / alignment * alignment;
         const std::uint64_t end = (extent.end() + alignment - 1) / alignment * alignment;
@@ -48,15 +54,43 @@ ExtentList limitedTo(ExtentList extents, std::size_t count)
     const auto nth = gaps.begin() + static_cast<std::ptrdiff_t>(extents.size() - count - 1);
     std::nth_element(gaps.begin(), nth, gaps.end());
     const std::uint64_t largestFilled = *nth;
-    ExtentList result{extents.front()};
+    std::size_t last = 0;
     for (std::size_t i = 1; i < extents.size(); ++i) {
-        if (extents[i].offset - result.back().end() <= largestFilled) {
-            result.back().length = extents[i].end() - result.back().offset;
+        if (extents[i].offset - extents[last].end() <= largestFilled) {
+            extents[last].length = extents[i].end() - extents[last].offset;
         } else {
-            result.push_back(extents[i]);
+            extents[++last] = extents[i];
         }
     }
-    return result;
+    extents.resize(last + 1);
+    return extents;
+}
+
+ExtentCollector::ExtentCollector(std::size_t limit)
+    : m_limit(limit)
+{ }
+
+void ExtentCollector::add(const Extent& extent)
+{
+    if (!m_extents.empty() && m_extents.back().end() == extent.offset) {
+        m_extents.back().length += extent.length;
+        return;
+    }
+    if (m_extents.size() >= 2 * m_limit) {
+        limit();
+    }
+    m_extents.push_back(extent);
+}
+
+ExtentList ExtentCollector::take()
+{
+    limit();
+    return std::exchange(m_extents, {});
+}
+
+void ExtentCollector::limit()
+{
+    m_extents = limitedTo(inOrder(std::move(m_extents), std::numeric_limits<std::uint64_t>::max()), m_limit);
 }
 
 std::uint64_t totalLength(const ExtentList& extents)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -28,6 +29,27 @@ using ExtentList = std::vector<Extent>;
 /// Ranges in order, with the smallest gaps filled until at most the given number is left, so that a badly fragmented
 /// device does not take all memory.
 [[nodiscard]] ExtentList limitedTo(ExtentList extents, std::size_t count);
+
+/// More ranges than this are joined, so that a list of them stays within 4 MiB however fragmented a device is.
+inline constexpr std::size_t mostExtents = 1U << 18U;
+
+/// Collects ranges in bounded memory: whenever there are twice as many as the limit, the smallest gaps are filled.
+class ExtentCollector
+{
+public:
+    explicit ExtentCollector(std::size_t limit = mostExtents);
+
+    /// In any order.
+    void add(const Extent& extent);
+    /// All of them in order, at most as many as the limit; the collector is empty then.
+    [[nodiscard]] ExtentList take();
+
+private:
+    void limit();
+
+    std::size_t m_limit;
+    ExtentList m_extents;
+};
 
 /// The sum of the lengths.
 [[nodiscard]] std::uint64_t totalLength(const ExtentList& extents);

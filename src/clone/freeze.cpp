@@ -6,12 +6,11 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <set>
+#include <map>
 #include <utility>
 
 #include <fcntl.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,16 +18,16 @@ namespace kestro::clone {
 
 namespace {
 
-void thawAll(const std::vector<int>& folders)
+/// What the watchdog hears before each step: how which mount is about to be held.
+struct Step
 {
-    for (const int folder : folders) {
-        ::ioctl(folder, FITHAW, 0);
-    }
-}
+    std::size_t mount = 0;
+    Stillness way = Stillness::None;
+};
 
 /// Waits for the end of the other process in a session of its own, so that nothing aimed at that one's group reaches
 /// this one. Only async-signal-safe calls: the other process may have threads.
-[[noreturn]] void guardLife(int lifeline, const std::vector<int>& folders)
+[[noreturn]] void guardLife(int lifeline, const std::vector<int>& roots, std::vector<Stillness>& ways)
 {
     ::setsid();
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGQUIT}) {
@@ -38,50 +37,103 @@ void thawAll(const std::vector<int>& folders)
     ::close(STDIN_FILENO);
     ::close(STDOUT_FILENO);
     ::close(STDERR_FILENO);
-    char byte = 0;
-    while (::read(lifeline, &byte, 1) < 0 && errno == EINTR) { }
-    thawAll(folders);
+    Step step;
+    ssize_t got = 0;
+    while ((got = ::read(lifeline, &step, sizeof step)) == sizeof step || (got < 0 && errno == EINTR)) {
+        if (got > 0) {
+            ways[step.mount] = step.way;
+        }
+    }
+    for (std::size_t i = 0; i < roots.size(); ++i) {
+        releaseMount(roots[i], ways[i]);
+    }
     ::_exit(0);
+}
+
+/// The root of a mount, open; -1 when another mount hides it.
+int openRoot(const Mount& mount)
+{
+    const int root = ::open(mount.target.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    struct statx status
+    {
+    };
+    if (root >= 0 && ::statx(root, "", AT_EMPTY_PATH, STATX_MNT_ID, &status) == 0 && status.stx_mnt_id == mount.id) {
+        return root;
+    }
+    if (root >= 0) {
+        ::close(root);
+    }
+    return -1;
 }
 
 } // namespace
 
 FrozenMounts::FrozenMounts(const std::vector<Mount>& mounts)
 {
-    std::set<dev_t> seen;
-    std::vector<std::string> paths;
-    for (const Mount& mount : mounts) {
-        if (isWritable(mount) && seen.insert(mount.device).second) {
-            m_folders.push_back(::open(mount.target.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-            paths.push_back(mount.target);
+    try {
+        openRoots(mounts);
+        if (any()) {
+            startWatchdog();
+            holdAll();
         }
-    }
-    if (m_folders.empty()) {
-        return;
-    }
-    startWatchdog();
-    for (std::size_t i = 0; i < m_folders.size(); ++i) {
-        if (::ioctl(m_folders[i], FIFREEZE, 0) != 0) {
-            const int error = errno;
-            thaw();
-            throw Failure(ExitCode::Busy, "cannot freeze the mounted source at " + paths[i] + ": " + errorText(error));
-        }
+    } catch (...) {
+        releaseAll();
+        throw;
     }
 }
 
 FrozenMounts::~FrozenMounts()
 {
-    thaw();
+    releaseAll();
+}
+
+std::set<dev_t> FrozenMounts::devices() const
+{
+    std::set<dev_t> devices;
+    for (const Held& held : m_held) {
+        if (held.way == Stillness::Frozen) {
+            devices.insert(held.device);
+        }
+    }
+    return devices;
+}
+
+void FrozenMounts::openRoots(const std::vector<Mount>& mounts)
+{
+    std::map<dev_t, Held> found;
+    for (const Mount& mount : mounts) {
+        Held& held = found[mount.device];
+        // Any mount of a file system will do, as long as it can be reached.
+        if (isWritable(mount) && held.root < 0) {
+            held = {openRoot(mount), mount.target, deviceOf(mount), Stillness::None};
+        }
+    }
+    std::string hidden;
+    for (const auto& [number, held] : found) {
+        if (held.root >= 0) {
+            m_held.push_back(held);
+        } else {
+            hidden += held.target;
+        }
+    }
+    if (!hidden.empty()) {
+        throw Failure(ExitCode::Busy, "cannot freeze the source mounted at " + hidden + ": another mount hides it");
+    }
 }
 
 void FrozenMounts::startWatchdog()
 {
+    std::vector<int> roots;
+    for (const Held& held : m_held) {
+        roots.push_back(held.root);
+    }
+    std::vector<Stillness> ways(roots.size(), Stillness::None);
     std::array<int, 2> ends{-1, -1};
     const int failed = ::pipe2(ends.data(), O_CLOEXEC);
     m_watchdog = failed == 0 ? ::fork() : -1;
     if (m_watchdog == 0) {
         ::close(ends[1]);
-        guardLife(ends[0], m_folders);
+        guardLife(ends[0], roots, ways);
     }
     ::close(ends[0]);
     m_lifeline = ends[1];
@@ -90,18 +142,69 @@ void FrozenMounts::startWatchdog()
     }
 }
 
+void FrozenMounts::holdAll()
+{
+    for (Held& held : m_held) {
+        int error = holdIn(held, Stillness::Frozen);
+        std::string reason = errorText(error);
+        if (error == EOPNOTSUPP) {
+            error = holdIn(held, Stillness::ReadOnly);
+            reason += "; nor can it be made read-only: " + errorText(error);
+        }
+        if (error != 0) {
+            throw Failure(ExitCode::Busy, "cannot freeze the mounted source at " + held.target + ": " + reason);
+        }
+    }
+}
+
+bool FrozenMounts::tellWatchdog(const Held& held, Stillness way) const
+{
+    const Step step{static_cast<std::size_t>(&held - m_held.data()), way};
+    return ::write(m_lifeline, &step, sizeof step) == sizeof step;
+}
+
+int FrozenMounts::holdIn(Held& held, Stillness way)
+{
+    // Told before it happens: when this process is killed in between, there is only nothing to undo.
+    if (!tellWatchdog(held, way)) {
+        return EPIPE;
+    }
+    const int error = holdMount(held.root, way);
+    if (error == 0) {
+        held.way = way;
+    } else {
+        tellWatchdog(held, Stillness::None);
+    }
+    return error;
+}
+
+std::string FrozenMounts::releaseAll()
+{
+    std::string stuck;
+    for (Held& held : m_held) {
+        if (held.way != Stillness::None && !releaseMount(held.root, held.way)) {
+            stuck = held.target;
+        }
+        // What somebody else freezes from now on is not the watchdog's.
+        if (held.way != Stillness::None) {
+            tellWatchdog(held, Stillness::None);
+        }
+        ::close(held.root);
+    }
+    m_held.clear();
+    if (m_lifeline >= 0) {
+        ::close(std::exchange(m_lifeline, -1));
+        ::waitpid(m_watchdog, nullptr, 0);
+    }
+    return stuck;
+}
+
 void FrozenMounts::thaw()
 {
-    const auto folders = std::exchange(m_folders, {});
-    if (folders.empty()) {
-        return;
+    const std::string stuck = releaseAll();
+    if (!stuck.empty()) {
+        throw Failure(ExitCode::NotRemounted, "cannot make the source at " + stuck + " writable again");
     }
-    thawAll(folders);
-    for (const int folder : folders) {
-        ::close(folder);
-    }
-    ::close(m_lifeline);
-    ::waitpid(m_watchdog, nullptr, 0);
 }
 
 } // namespace kestro::clone

@@ -75,7 +75,8 @@ std::vector<Mount> parseMountInfo(std::string_view text)
             continue;
         }
         mounts.push_back({deviceNumber(fields[2]), unescaped(fields[3]), unescaped(fields[4]), fields[5],
-            fields[dash + 1], unescaped(fields[dash + 2]), dash + 3 < fields.size() ? fields[dash + 3] : ""});
+            fields[dash + 1], unescaped(fields[dash + 2]), dash + 3 < fields.size() ? fields[dash + 3] : "",
+            std::strtoull(fields[0].c_str(), nullptr, 10)});
     }
     return mounts;
 }

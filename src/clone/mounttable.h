@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,8 @@ struct Mount
     std::string type;
     std::string source;
     std::string superOptions;
+    /// The kernel's number of this mount, as statx(2) tells it of an open file on it.
+    std::uint64_t id = 0;
 };
 
 /// Parses the text of /proc/self/mountinfo (see proc(5)); lines that are none are left out.

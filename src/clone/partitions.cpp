@@ -3,6 +3,7 @@
 
 #include "clone/alignedbuffer.h"
 #include "clone/failure.h"
+#include "clone/loopdevice.h"
 
 #include <algorithm>
 #include <array>
@@ -12,8 +13,6 @@
 
 #include <blkid/blkid.h>
 #include <fcntl.h>
-#include <linux/loop.h>
-#include <sys/ioctl.h>
 
 namespace kestro::clone {
 
@@ -48,24 +47,6 @@ Extent tableEntry(std::span<const std::byte> table, std::size_t entry, std::uint
 bool isTable(std::span<const std::byte> sector)
 {
     return sector[510] == std::byte{0x55} && sector[511] == std::byte{0xaa};
-}
-
-File freeLoopDevice(int control, const File& disk, const Extent& range)
-{
-    loop_config config{};
-    config.fd = static_cast<std::uint32_t>(disk.fd());
-    config.info.lo_offset = range.offset;
-    config.info.lo_sizelimit = range.length;
-    config.info.lo_flags = LO_FLAGS_READ_ONLY | LO_FLAGS_AUTOCLEAR;
-    // Somebody else may take the free device before us.
-    for (int tries = 0; tries < 8; ++tries) {
-        const std::string path = "/dev/loop" + std::to_string(::ioctl(control, LOOP_CTL_GET_FREE));
-        File loop(::open(path.c_str(), O_RDONLY | O_CLOEXEC), path);
-        if (loop.isOpen() && ::ioctl(loop.fd(), LOOP_CONFIGURE, &config) == 0) {
-            return loop;
-        }
-    }
-    return {};
 }
 
 } // namespace
@@ -135,11 +116,8 @@ PartitionNode::PartitionNode(const BlockDevice& disk, const Extent& range)
     if (!m_path.empty()) {
         return;
     }
-    const File control(::open("/dev/loop-control", O_RDWR | O_CLOEXEC), "/dev/loop-control");
-    if (control.isOpen()) {
-        m_loop = freeLoopDevice(control.fd(), File::open(disk.path, O_RDONLY), range);
-        m_path = m_loop.path();
-    }
+    m_loop = readOnlyLoop(disk, range);
+    m_path = m_loop.path();
 }
 
 } // namespace kestro::clone

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "clone/process.h"
 
+#include "clone/failure.h"
+
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <iterator>
+#include <memory>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -12,7 +17,10 @@
 
 namespace kestro::clone {
 
-int runQuietly(const std::vector<std::string>& command)
+namespace {
+
+/// Starts a program with its standard output on the given open file; -1 when that fails.
+pid_t startedWith(const std::vector<std::string>& command, int output)
 {
     std::vector<char*> arguments;
     std::transform(command.begin(), command.end(), std::back_inserter(arguments),
@@ -23,12 +31,50 @@ int runQuietly(const std::vector<std::string>& command)
     for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         posix_spawn_file_actions_addopen(&actions, fd, "/dev/null", O_RDWR, 0);
     }
+    if (output >= 0) {
+        posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+    }
     pid_t child = -1;
     const int failed = posix_spawnp(&child, arguments.front(), &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
+    return failed == 0 ? child : -1;
+}
+
+int exitCodeOf(pid_t child)
+{
     int status = -1;
-    while (failed == 0 && ::waitpid(child, &status, 0) < 0 && errno == EINTR) { }
-    return failed == 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    while (child > 0 && ::waitpid(child, &status, 0) < 0 && errno == EINTR) { }
+    return child > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+struct CloseStream
+{
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+
+} // namespace
+
+int runQuietly(const std::vector<std::string>& command)
+{
+    return exitCodeOf(startedWith(command, -1));
+}
+
+int runForLines(const std::vector<std::string>& command, const std::function<void(std::string_view line)>& take)
+{
+    std::array<int, 2> ends{-1, -1};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+        throw Failure(ExitCode::Internal, "cannot make a pipe: " + errorText(errno));
+    }
+    const std::unique_ptr<std::FILE, CloseStream> output(::fdopen(ends[0], "r"));
+    const pid_t child = startedWith(command, ends[1]);
+    ::close(ends[1]);
+    std::array<char, 4096> buffer{};
+    while (output && std::fgets(buffer.data(), buffer.size(), output.get()) != nullptr) {
+        std::string_view line(buffer.data());
+        line.remove_suffix(line.ends_with('\n') ? 1 : 0);
+        take(line);
+    }
+    return exitCodeOf(child);
 }
 
 } // namespace kestro::clone

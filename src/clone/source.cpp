@@ -13,14 +13,34 @@ namespace kestro::clone {
 
 namespace {
 
-void append(ExtentList& all, const ExtentList& some, std::uint64_t offset)
+using DevicesFrozen = const std::set<dev_t>&;
+
+/// What is known of a whole disk so far.
+struct DiskMap
+{
+    ExtentCollector extents;
+    std::vector<ContentPart> parts;
+    bool needsRecovery = false;
+};
+
+void append(ExtentCollector& all, const ExtentList& some, std::uint64_t offset)
 {
     for (const Extent& extent : some) {
-        all.push_back({offset + extent.offset, extent.length});
+        all.add({offset + extent.offset, extent.length});
     }
 }
 
-void addPartition(SourceMap& map, const BlockDevice& disk, const Partition& partition)
+/// What a partition holds: by its node, or as a part of its disk when the kernel has none to give.
+UsedBlocks usedBlocksOfPart(const std::string& node, const std::string& type, const Extent& range, DevicesFrozen frozen)
+{
+    if (node.empty()) {
+        return {{{0, range.length}}, range.length, "whole", false};
+    }
+    const BlockDevice device = blockDeviceAt(node);
+    return usedBlocksOf(device, type, frozen.contains(device.number));
+}
+
+void addPartition(DiskMap& map, const BlockDevice& disk, const Partition& partition, DevicesFrozen frozen)
 {
     const Extent& range = partition.range;
     if (range.length == 0) {
@@ -33,29 +53,28 @@ void addPartition(SourceMap& map, const BlockDevice& disk, const Partition& part
     if (readable) {
         forgetCachedBlocks(node.path());
     }
-    const UsedBlocks used = usedBlocksOf(node.path(), range.length, readable ? signature.type : "");
+    const UsedBlocks used = usedBlocksOfPart(node.path(), signature.type, range, frozen);
     append(map.extents, used.extents, range.offset);
     map.parts.push_back(
         {partition.number, range, signature.type, signature.label, used.reader, totalLength(used.extents)});
     map.needsRecovery = map.needsRecovery || used.needsRecovery;
 }
 
-SourceMap mapDisk(const BlockDevice& disk, const std::string& table)
+SourceMap mapDisk(const BlockDevice& disk, const std::string& table, DevicesFrozen frozen)
 {
-    SourceMap map{{}, table, {}, false};
+    DiskMap map;
     const auto partitions = partitionsOf(disk);
     const File device = File::open(disk.path, O_RDONLY);
-    map.extents = gapsOf(partitions, disk.size);
+    append(map.extents, gapsOf(partitions, disk.size), 0);
     for (const Partition& partition : partitions) {
         if (partition.isExtended) {
             append(map.extents, extendedTables(device, partition.range, disk.sectorSize), 0);
         } else {
-            addPartition(map, disk, partition);
+            addPartition(map, disk, partition, frozen);
         }
     }
     append(map.extents, endsOf(disk.size), 0);
-    map.extents = bounded(std::move(map.extents), disk.size);
-    return map;
+    return {bounded(map.extents.take(), disk.size), table, std::move(map.parts), map.needsRecovery};
 }
 
 /// Boot sectors of FAT, NTFS and exFAT look like a partition table without partitions, and a disk that was partitioned
@@ -74,14 +93,14 @@ Signature trustedSignature(const BlockDevice& source)
 
 } // namespace
 
-SourceMap mapSource(const BlockDevice& source)
+SourceMap mapSource(const BlockDevice& source, const std::set<dev_t>& frozen)
 {
     forgetCachedBlocks(source.path);
     const Signature signature = trustedSignature(source);
     if (!signature.partitionTable.empty()) {
-        return mapDisk(source, signature.partitionTable);
+        return mapDisk(source, signature.partitionTable, frozen);
     }
-    UsedBlocks used = usedBlocksOf(source.path, source.size, signature.type);
+    UsedBlocks used = usedBlocksOf(source, signature.type, frozen.contains(source.number));
     const std::uint64_t bytes = totalLength(used.extents);
     return {std::move(used.extents), "", {{0, {0, source.size}, signature.type, signature.label, used.reader, bytes}},
         used.needsRecovery};

@@ -4,6 +4,9 @@
 #include "clone/alignedbuffer.h"
 #include "clone/failure.h"
 #include "clone/file.h"
+#include "clone/loopdevice.h"
+#include "clone/mounttable.h"
+#include "clone/recovery.h"
 #include "clone/usedext.h"
 #include "clone/usedpartclone.h"
 
@@ -22,8 +25,8 @@ namespace {
 /// Boot code, RAID and container headers and backup superblocks stand at the ends of a device, whatever the file
 /// system's own map says.
 constexpr std::uint64_t alwaysUsed = 1ULL << 20U;
-/// More ranges than this are joined, so that the list stays within 16 MiB.
-constexpr std::size_t mostExtents = 1U << 20U;
+/// A file system may be smaller than its device and yet keep a backup of its first sector right behind its last block.
+constexpr std::uint64_t alwaysUsedBehind = 16ULL << 20U;
 
 struct FreeProbe
 {
@@ -39,16 +42,10 @@ std::string valueOf(const Probe& probe, const char* name)
 
 UsedBlocks everything(std::uint64_t size)
 {
-    return {{{0, size}}, "whole", false};
+    return {{{0, size}}, size, "whole", false};
 }
 
-/// A swap area is used up to its header; what was swapped out belongs to a system that no longer runs.
-std::optional<UsedBlocks> usedBlocksOfSwap(const std::string&)
-{
-    return UsedBlocks{{}, "swap", false};
-}
-
-using Reader = std::optional<UsedBlocks> (*)(const std::string& device);
+using Reader = std::optional<UsedBlocks> (*)(const std::string& device, const std::string& type);
 
 struct ReaderRow
 {
@@ -56,17 +53,53 @@ struct ReaderRow
     Reader read;
 };
 
+// Debian builds partclone without the readers for JFS, NILFS2 and ReiserFS. Minix can be read, but not all of its
+// versions tell whether they were left in order.
 constexpr std::array readers{
+    ReaderRow{"btrfs", usedBlocksByPartclone},
+    ReaderRow{"exfat", usedBlocksByPartclone},
     ReaderRow{"ext2", usedBlocksOfExt},
     ReaderRow{"ext3", usedBlocksOfExt},
     ReaderRow{"ext4", usedBlocksOfExt},
-    ReaderRow{"swap", usedBlocksOfSwap},
+    ReaderRow{"f2fs", usedBlocksByPartclone},
+    ReaderRow{"hfsplus", usedBlocksByPartclone},
+    ReaderRow{"ntfs", usedBlocksByPartclone},
+    ReaderRow{"vfat", usedBlocksByPartclone},
+    ReaderRow{"xfs", usedBlocksByPartclone},
 };
 
-std::optional<UsedBlocks> readUsedBlocks(const std::string& device, const std::string& type)
+bool isMounted(const BlockDevice& device)
 {
+    const auto mounts = currentMounts();
+    return std::any_of(
+        mounts.begin(), mounts.end(), [&](const Mount& mount) { return deviceOf(mount) == device.number; });
+}
+
+/// Readers refuse what is mounted, and those of F2FS open it for writing: both see a read-only device above it.
+File nodeForReaders(const BlockDevice& device, const std::string& type)
+{
+    return type == "f2fs" || isMounted(device) ? readOnlyLoop(device, {}) : File();
+}
+
+UsedBlocks mapOf(const BlockDevice& device, const std::string& type, bool frozen)
+{
+    // What was swapped out belongs to a system that no longer runs: only the header counts.
+    if (type == "swap") {
+        return {{}, device.size, "swap", false};
+    }
     const auto row = std::find_if(readers.begin(), readers.end(), [&](const ReaderRow& r) { return r.type == type; });
-    return row == readers.end() ? usedBlocksByPartclone(device, type) : row->read(device);
+    if (row == readers.end()) {
+        return everything(device.size);
+    }
+    const File node = nodeForReaders(device, type);
+    const std::string& path = node.isOpen() ? node.path() : device.path;
+    const auto dirty = needsRecovery(path, type, frozen);
+    UsedBlocks used = everything(device.size);
+    if (!dirty.value_or(true)) {
+        used = row->read(path, type).value_or(used);
+    }
+    used.needsRecovery = dirty.value_or(false);
+    return used;
 }
 
 } // namespace
@@ -102,12 +135,13 @@ ExtentList bounded(ExtentList extents, std::uint64_t size)
     return limitedTo(alignedOutward(std::move(extents), blockSize, size), mostExtents);
 }
 
-UsedBlocks usedBlocksOf(const std::string& device, std::uint64_t size, const std::string& type)
+UsedBlocks usedBlocksOf(const BlockDevice& device, const std::string& type, bool frozen)
 {
-    UsedBlocks used = readUsedBlocks(device, type).value_or(everything(size));
-    const ExtentList ends = endsOf(size);
+    UsedBlocks used = mapOf(device, type, frozen);
+    const ExtentList ends = endsOf(device.size);
     used.extents.insert(used.extents.end(), ends.begin(), ends.end());
-    used.extents = bounded(std::move(used.extents), size);
+    used.extents.push_back({std::min(used.end, device.size), alwaysUsedBehind});
+    used.extents = bounded(std::move(used.extents), device.size);
     return used;
 }
 

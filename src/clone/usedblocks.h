@@ -13,9 +13,11 @@ namespace kestro::clone {
 struct UsedBlocks
 {
     ExtentList extents;
+    /// Where the reader's map ends; nothing is known of what lies behind.
+    std::uint64_t end = 0;
     /// Who said so; goes into the image's description.
     std::string reader;
-    /// The journal holds changes that the file system itself does not have yet.
+    /// The journal may hold changes that the file system itself does not have yet; then everything is used.
     bool needsRecovery = false;
 };
 
@@ -33,8 +35,10 @@ struct Signature
 [[nodiscard]] Signature probeSignature(const std::string& device, const Extent& range = {});
 
 /// The used bytes of the file system on a device, relative to its start. Everything is used when the file system has
-/// no reader or its reader does not trust it. The beginning and the end of the device always count as used.
-[[nodiscard]] UsedBlocks usedBlocksOf(const std::string& device, std::uint64_t size, const std::string& type);
+/// no reader, its reader does not trust it, or it may need recovery. The beginning and the end of the device and what
+/// follows the end of the file system always count as used.
+/// @param frozen the file system is mounted for writing and stands still
+[[nodiscard]] UsedBlocks usedBlocksOf(const BlockDevice& device, const std::string& type, bool frozen);
 
 /// The first and the last stretch of a device, which every image holds.
 [[nodiscard]] ExtentList endsOf(std::uint64_t size);

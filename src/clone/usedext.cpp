@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "clone/usedext.h"
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 #include <ext2fs/ext2fs.h>
 
@@ -23,35 +25,100 @@ FileSystem openFileSystem(const std::string& device)
     return FileSystem(error == 0 ? opened : nullptr);
 }
 
-/// The runs of set bits of the block bitmap, in bytes.
-ExtentList usedRuns(ext2_filsys fileSystem)
+/// Adds blocks of the file system to a list of bytes.
+class BlockCollector
 {
-    ExtentList runs;
-    const blk64_t last = ext2fs_blocks_count(fileSystem->super) - 1;
-    blk64_t block = fileSystem->super->s_first_data_block;
-    blk64_t begin = 0;
-    while (block <= last && ext2fs_find_first_set_block_bitmap2(fileSystem->block_map, block, last, &begin) == 0) {
-        blk64_t end = 0;
-        if (ext2fs_find_first_zero_block_bitmap2(fileSystem->block_map, begin, last, &end) != 0) {
-            end = last + 1;
-        }
-        runs.push_back({begin * fileSystem->blocksize, (end - begin) * fileSystem->blocksize});
-        block = end;
+public:
+    explicit BlockCollector(std::uint64_t blockBytes)
+        : m_blockBytes(blockBytes)
+    { }
+
+    void add(blk64_t first, blk64_t count) { m_used.add({first * m_blockBytes, count * m_blockBytes}); }
+    ExtentList take() { return m_used.take(); }
+
+private:
+    std::uint64_t m_blockBytes;
+    ExtentCollector m_used;
+};
+
+/// What a group without a bitmap holds: its copy of the superblock and of the descriptors, if it has one, and its own
+/// tables, wherever they are.
+void addTables(ext2_filsys fileSystem, dgrp_t group, BlockCollector& used)
+{
+    blk64_t super = 0;
+    blk64_t descriptors = 0;
+    blk64_t oneDescriptor = 0;
+    ext2fs_super_and_bgd_loc2(fileSystem, group, &super, &descriptors, &oneDescriptor, nullptr);
+    if (super != 0) {
+        used.add(super, 1);
     }
-    return runs;
+    if (descriptors != 0) {
+        used.add(descriptors, fileSystem->desc_blocks + fileSystem->super->s_reserved_gdt_blocks);
+    }
+    if (oneDescriptor != 0) {
+        used.add(oneDescriptor, 1);
+    }
+    used.add(ext2fs_block_bitmap_loc(fileSystem, group), 1);
+    used.add(ext2fs_inode_bitmap_loc(fileSystem, group), 1);
+    used.add(ext2fs_inode_table_loc(fileSystem, group), fileSystem->inode_blocks_per_group);
+}
+
+/// Adds the runs of set bits of a group's bitmap; each bit stands for a cluster of blocks.
+void addSetBits(ext2_filsys fileSystem, dgrp_t group, const std::vector<char>& bitmap, BlockCollector& used)
+{
+    const blk64_t first = ext2fs_group_first_block2(fileSystem, group);
+    const blk64_t end = ext2fs_group_last_block2(fileSystem, group) + 1;
+    const blk64_t cluster = blk64_t{1} << static_cast<unsigned>(fileSystem->cluster_ratio_bits);
+    for (blk64_t block = first; block < end; block += cluster) {
+        const std::size_t bit = (block - first) / cluster;
+        if ((static_cast<unsigned char>(bitmap[bit / 8]) >> bit % 8 & 1U) != 0) {
+            used.add(block, std::min(cluster, end - block));
+        }
+    }
+}
+
+bool hasBitmap(ext2_filsys fileSystem, dgrp_t group)
+{
+    return ext2fs_has_group_desc_csum(fileSystem) == 0
+        || ext2fs_bg_flags_test(fileSystem, group, EXT2_BG_BLOCK_UNINIT) == 0
+        || ext2fs_group_desc_csum_verify(fileSystem, group) == 0;
+}
+
+/// Adds what a group uses; false when its bitmap cannot be read or its checksum is wrong.
+bool addGroup(ext2_filsys fileSystem, dgrp_t group, std::vector<char>& bitmap, BlockCollector& used)
+{
+    if (!hasBitmap(fileSystem, group)) {
+        addTables(fileSystem, group, used);
+        return true;
+    }
+    const auto bytes = static_cast<int>(EXT2_CLUSTERS_PER_GROUP(fileSystem->super) / 8);
+    const blk64_t place = ext2fs_block_bitmap_loc(fileSystem, group);
+    if (place == 0 || io_channel_read_blk64(fileSystem->io, place, 1, bitmap.data()) != 0
+        || ext2fs_block_bitmap_csum_verify(fileSystem, group, bitmap.data(), bytes) == 0) {
+        return false;
+    }
+    addSetBits(fileSystem, group, bitmap, used);
+    return true;
 }
 
 } // namespace
 
-std::optional<UsedBlocks> usedBlocksOfExt(const std::string& device)
+std::optional<UsedBlocks> usedBlocksOfExt(const std::string& device, const std::string& /*type*/)
 {
     const FileSystem fileSystem = openFileSystem(device);
-    if (!fileSystem || ext2fs_read_block_bitmap(fileSystem.get()) != 0) {
+    if (!fileSystem || EXT2_CLUSTERS_PER_GROUP(fileSystem->super) / 8 > fileSystem->blocksize) {
         return std::nullopt;
     }
-    UsedBlocks used{usedRuns(fileSystem.get()), "libext2fs", false};
-    used.needsRecovery = ext2fs_has_feature_journal_needs_recovery(fileSystem->super) != 0;
-    return used;
+    // Group by group: the library's own bitmap of the whole file system would take 32 MiB for each TiB.
+    BlockCollector used(fileSystem->blocksize);
+    std::vector<char> bitmap(fileSystem->blocksize);
+    for (dgrp_t group = 0; group < fileSystem->group_desc_count; ++group) {
+        if (!addGroup(fileSystem.get(), group, bitmap, used)) {
+            return std::nullopt;
+        }
+    }
+    const std::uint64_t end = ext2fs_blocks_count(fileSystem->super) * fileSystem->blocksize;
+    return UsedBlocks{used.take(), end, "libext2fs", false};
 }
 
 } // namespace kestro::clone

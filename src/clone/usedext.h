@@ -9,6 +9,6 @@
 namespace kestro::clone {
 
 /// The used blocks of an ext2, ext3 or ext4 file system; none when libext2fs cannot read its block bitmaps whole.
-[[nodiscard]] std::optional<UsedBlocks> usedBlocksOfExt(const std::string& device);
+[[nodiscard]] std::optional<UsedBlocks> usedBlocksOfExt(const std::string& device, const std::string& type);
 
 } // namespace kestro::clone

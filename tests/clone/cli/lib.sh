@@ -27,7 +27,8 @@ trap clean_up EXIT
 # Names of this run become names that are the same in every run.
 same_every_time() {
     local script="s#$T#T#g" i
-    for i in "${!loops[@]}"; do script="$script;s#${loops[i]}\\b#<${names[i]}>#g"; done
+    # The latest first: a number that was given back may be in use again.
+    for ((i = ${#loops[@]} - 1; i >= 0; i--)); do script="$script;s#${loops[i]}\\b#<${names[i]}>#g"; done
     sed "$script"
 }
 
@@ -176,9 +177,10 @@ parts_listing() {
     done
 }
 
-# reader: who found the used blocks of a.kim.
+# reader [IMAGE]: who found the used blocks of an image, a.kim by default.
 reader() {
-    "$KESTRO_CLONE" --kim-info --json a.kim | python3 -c '
+    local image=${1:-a.kim}
+    "$KESTRO_CLONE" --kim-info --json "$image" | python3 -c '
 import json, sys
 for part in json.load(sys.stdin)["parts"]:
     print(part["partition"], part["type"] or "-", part["label"] or "-", part["reader"])'
