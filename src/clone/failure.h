@@ -31,15 +31,19 @@ enum class ExitCode : int {
 class Failure : public std::runtime_error
 {
 public:
-    Failure(ExitCode code, const std::string& sentence)
+    Failure(ExitCode code, const std::string& sentence, int systemError = 0)
         : std::runtime_error(sentence)
         , m_code(code)
+        , m_systemError(systemError)
     { }
 
     [[nodiscard]] ExitCode code() const { return m_code; }
+    /// The errno value behind it; 0 when there is none.
+    [[nodiscard]] int systemError() const { return m_systemError; }
 
 private:
     ExitCode m_code;
+    int m_systemError;
 };
 
 /// The text with every line break and other control character replaced, so that it prints as one line.

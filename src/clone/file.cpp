@@ -35,7 +35,8 @@ ExitCode openFailureCode(int error)
 [[noreturn]] void throwReadError(const std::string& path, std::uint64_t position, int error)
 {
     const std::string reason = error == 0 ? "it ends there" : errorText(error);
-    throw Failure(ExitCode::ReadError, "cannot read " + path + " at byte " + std::to_string(position) + ": " + reason);
+    throw Failure(
+        ExitCode::ReadError, "cannot read " + path + " at byte " + std::to_string(position) + ": " + reason, error);
 }
 
 [[noreturn]] void throwWriteError(const std::string& path, std::uint64_t position, int error)

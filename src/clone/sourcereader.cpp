@@ -6,13 +6,48 @@
 #include "clone/metadata.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <string>
 #include <utility>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 namespace kestro::clone {
+
+namespace {
+
+/// A device that is gone has no places that could be read on another try. Some drivers only report that reading fails,
+/// so it is opened once more.
+bool isGone(const File& device, int error)
+{
+    if (error == ENODEV || error == ENXIO || error == ENOMEDIUM) {
+        return true;
+    }
+    try {
+        struct stat now
+        {
+        };
+        struct stat before
+        {
+        };
+        const File again = File::open(device.path(), O_RDONLY | O_NONBLOCK);
+        return ::fstat(again.fd(), &now) != 0 || ::fstat(device.fd(), &before) != 0 || now.st_rdev != before.st_rdev
+            || again.size() != device.size();
+    } catch (const Failure&) {
+        return true;
+    }
+}
+
+} // namespace
 
 void HoleList::add(const Extent& hole)
 {
     const std::lock_guard lock(m_mutex);
+    if (!m_holes.empty() && m_holes.back().end() == hole.offset) {
+        m_holes.back().length += hole.length;
+        return;
+    }
     m_holes.push_back(hole);
     if (m_holes.size() >= 2 * mostHoles) {
         m_holes = limitedTo(inOrder(std::move(m_holes), ~std::uint64_t{0}), mostHoles);
@@ -52,8 +87,8 @@ void SourceReader::readBlockByBlock(const Extent& piece, std::span<std::byte> co
         const auto block = content.subspan(done, std::min(blockSize, piece.length - done));
         try {
             m_device.readAt(block, piece.offset + done);
-        } catch (const Failure&) {
-            if (m_readErrors == ReadErrors::Fail) {
+        } catch (const Failure& failure) {
+            if (m_readErrors == ReadErrors::Fail || isGone(m_device, failure.systemError())) {
                 throw;
             }
             std::fill(block.begin(), block.end(), std::byte{0});

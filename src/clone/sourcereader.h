@@ -5,6 +5,7 @@
 #include "clone/file.h"
 #include "clone/piecesio.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <span>
@@ -18,6 +19,7 @@ enum class ReadErrors { Fail, Rescue };
 class HoleList
 {
 public:
+    /// Throws ReadError when there are too many that do not touch.
     void add(const Extent& hole);
     /// All of them in order; of very many, the nearest are joined.
     [[nodiscard]] ExtentList inDeviceOrder(std::uint64_t deviceSize) const;
@@ -34,7 +36,8 @@ public:
     /// Keeps the references; they must outlive this object.
     SourceReader(const File& device, ReadErrors readErrors, HoleList& holes);
 
-    /// Fills the content. With Rescue an unreadable place becomes zeros and a hole; else ReadError is thrown.
+    /// Fills the content. With Rescue an unreadable place becomes zeros and a hole, unless the device is gone;
+    /// else ReadError is thrown.
     void read(const ExtentList& pieces, std::span<std::byte> content);
 
 private:
