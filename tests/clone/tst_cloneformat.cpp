@@ -5,9 +5,11 @@
 #include "clone/chunkcodec.h"
 #include "clone/customfiles.h"
 #include "clone/extents.h"
+#include "clone/failure.h"
 #include "clone/imageformat.h"
 #include "clone/imageindex.h"
 #include "clone/metadata.h"
+#include "clone/sourcereader.h"
 
 #include <algorithm>
 #include <cstring>
@@ -185,6 +187,7 @@ void extentsAreKeptInOrder()
     check(limitedTo(gaps, 5) == gaps, "few extents stay");
     check(limitedTo(gaps, 3) == ExtentList{{0, 30}, {100, 21}, {500, 10}}, "the smallest gaps are filled");
     check(limitedTo(gaps, 1) == ExtentList{{0, 510}}, "one is left");
+    check(alignedOutward({{0, 10}, {~0ULL - 5, 5}}, 4096, 9050) == ExtentList{{0, 4096}}, "far behind the device");
     const ExtentList uneven{{0, 96}, {1000, 32}, {2000, 200}};
     const ChunkLayout layout(uneven, 64);
     check(layout.chunkCount() == 6 && layout.contentSize(5) == 8, "chunks of equal size");
@@ -192,6 +195,39 @@ void extentsAreKeptInOrder()
     check(layout.pieces(1) == ExtentList{{64, 32}, {1000, 32}}, "a chunk across a gap");
     check(layout.pieces(2) == ExtentList{{2000, 64}} && layout.pieces(5) == ExtentList{{2192, 8}}, "last chunks");
     check(ChunkLayout({}, 64).chunkCount() == 0, "nothing is no chunk");
+}
+
+void extentsAreCollectedInBoundedMemory()
+{
+    ExtentCollector few(4);
+    for (const Extent& extent : ExtentList{{50, 5}, {0, 10}, {10, 5}, {100, 1}}) {
+        few.add(extent);
+    }
+    check(few.take() == ExtentList{{0, 15}, {50, 5}, {100, 1}}, "few are kept as they are, in order");
+    check(few.take().empty(), "and given away once");
+    ExtentCollector many(4);
+    for (std::uint64_t i = 0; i < 1000; ++i) {
+        many.add({i * 100 + i / 250 * 1000000, 10});
+    }
+    const ExtentList left = many.take();
+    check(left.size() == 4 && left[1] == Extent{1025000, 24910}, "the large gaps stay");
+}
+
+void holesAreBounded()
+{
+    HoleList holes;
+    for (std::uint64_t i = 0; i < HoleList::mostHoles; ++i) {
+        holes.add({i * 8192, 4096});
+    }
+    holes.add({(HoleList::mostHoles - 1) * 8192 + 4096, 4096});
+    check(holes.inDeviceOrder(1ULL << 40U).size() == HoleList::mostHoles, "one more that touches the last");
+    bool refused = false;
+    try {
+        holes.add({1ULL << 39U, 4096});
+    } catch (const Failure& failure) {
+        refused = failure.code() == ExitCode::ReadError;
+    }
+    check(refused, "too many");
 }
 
 void metadataComesBack()
@@ -237,6 +273,8 @@ int main()
     customFilesSurviveAndDamageShows();
     chunksComeBack();
     extentsAreKeptInOrder();
+    extentsAreCollectedInBoundedMemory();
+    holesAreBounded();
     metadataComesBack();
     hostileMetadataIsCheap();
     return checkResult();

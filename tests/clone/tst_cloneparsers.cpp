@@ -6,7 +6,10 @@
 #include "clone/imageinfo.h"
 #include "clone/mounttable.h"
 #include "clone/progress.h"
+#include "clone/usedpartclone.h"
 
+#include <initializer_list>
+#include <optional>
 #include <vector>
 
 #include <sys/sysmacros.h>
@@ -26,6 +29,7 @@ void mountTableIsRead()
     check(mounts[0].device == makedev(254, 0) && mounts[0].superOptions == "rw,errors=remount-ro"
             && isWritable(mounts[0]),
         "the root");
+    check(mounts[0].id == 22 && mounts[2].id == 25, "the kernel's numbers");
     check(mounts[1].target == "/mnt/a b" && mounts[1].root == "/@" && !isWritable(mounts[1]), "a blank, read-only");
     check(mounts[2].root == "/sub" && mounts[2].type == "ext4" && mounts[2].superOptions.empty(), "optional fields");
     check(mountOfPath(mounts, "/mnt/a b/x/y.kim") == &mounts[1], "a path below a mount");
@@ -42,6 +46,32 @@ void swapsAreRead()
     const auto swaps = parseSwaps("Filename\t\t\tType\t\tSize\n/dev/zram0  partition\t1\n/swap\\040file file 2\n");
     check(swaps == std::vector<std::string>{"/dev/zram0", "/swap file"}, "two swaps");
     check(parseSwaps("").empty() && parseSwaps("Filename\n").empty(), "none");
+}
+
+std::optional<UsedBlocks> mapFrom(std::initializer_list<const char*> lines)
+{
+    DomainMap map;
+    for (const char* line : lines) {
+        map.add(line);
+    }
+    return map.take();
+}
+
+void domainMapsAreRead()
+{
+    const auto used = mapFrom({"# Domain logfile created by unset_name v0.3.23", "# Source: /dev/loop1",
+        "# Offset: 0x00000000", "0x00000000     +", "#      pos        size  status", "0x00000000  0x00006000  +",
+        "0x00006000  0x00FFA000  ?", "0x01000000  0x00001000  +", "0x01001000  0x00002000  +",
+        "0x01003000  0x0000D000  ?"});
+    check(used && used->extents == ExtentList{{0, 0x6000}, {0x1000000, 0x3000}}, "used ranges");
+    check(used && used->end == 0x1010000, "how far the map goes");
+    check(!mapFrom({}), "nothing");
+    check(!mapFrom({"0x0 0x1000 ?"}), "nothing in use");
+    check(!mapFrom({"0x0 0x1000 +", "0x2000 0x1000 +"}), "a gap between ranges");
+    check(!mapFrom({"0x1000 0x1000 +"}), "does not begin at the beginning");
+    check(!mapFrom({"0x0 0x1000 +", "0x1000 0x1000 -"}), "an unknown status");
+    check(!mapFrom({"0x0 0x1000 +", "0x1000 0xFFFFFFFFFFFFFFFF +"}), "beyond all numbers");
+    check(!mapFrom({"0x0 0x1000 +", "0x1000 0x10"}), "a line that was cut off");
 }
 
 void addressesAreTakenApart()
@@ -89,6 +119,7 @@ int main()
 {
     mountTableIsRead();
     swapsAreRead();
+    domainMapsAreRead();
     addressesAreTakenApart();
     progressEndsInThePercentage();
     sizesAreReadable();

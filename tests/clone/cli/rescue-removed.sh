@@ -1,0 +1,26 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash disable=SC2154
+# needs: root strace
+# A device that is pulled out while it is read is no rescue with many holes, but a failure. The kernel's answers are
+# given by strace.
+device source 40M
+head -c 40M /dev/urandom >"$source"
+program=$KESTRO_CLONE
+
+# answered ERROR WHEN: a rescue whose reads fail so.
+answered() {
+    printf '#!/bin/sh\nexec strace -f -qq -o /dev/null -P %s -e inject=preadv:error=%s:when=%s %s "$@"\n' \
+        "$source" "$1" "$2" "$program" >wrapped
+    chmod +x wrapped
+    KESTRO_CLONE=./wrapped
+    echo "$1"
+    kc --rescue --tui "$source" a.kim | sed 's/at byte [0-9]*/at byte …/'
+    KESTRO_CLONE=$program
+    "$KESTRO_CLONE" --kim-info a.kim 2>/dev/null | grep -E "invalid|Unreadable" || true
+}
+
+answered ENODEV 4+
+answered ENXIO 4+
+answered ENOMEDIUM 4+
+# One bad transfer, and then its blocks can be read.
+answered EIO 2
