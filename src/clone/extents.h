@@ -31,13 +31,13 @@ using ExtentList = std::vector<Extent>;
 [[nodiscard]] ExtentList limitedTo(ExtentList extents, std::size_t count);
 
 /// More ranges than this are joined, so that a list of them stays within 4 MiB however fragmented a device is.
-inline constexpr std::size_t mostExtents = 1U << 18U;
+inline constexpr std::size_t mostCollectedExtents = 1U << 18U;
 
 /// Collects ranges in bounded memory: whenever there are twice as many as the limit, the smallest gaps are filled.
 class ExtentCollector
 {
 public:
-    explicit ExtentCollector(std::size_t limit = mostExtents);
+    explicit ExtentCollector(std::size_t limit = mostCollectedExtents);
 
     /// In any order.
     void add(const Extent& extent);

@@ -19,7 +19,6 @@ enum class ReadErrors { Fail, Rescue };
 class HoleList
 {
 public:
-    /// Throws ReadError when there are too many that do not touch.
     void add(const Extent& hole);
     /// All of them in order; of very many, the nearest are joined.
     [[nodiscard]] ExtentList inDeviceOrder(std::uint64_t deviceSize) const;

@@ -132,7 +132,7 @@ ExtentList endsOf(std::uint64_t size)
 
 ExtentList bounded(ExtentList extents, std::uint64_t size)
 {
-    return limitedTo(alignedOutward(std::move(extents), blockSize, size), mostExtents);
+    return limitedTo(alignedOutward(std::move(extents), blockSize, size), mostCollectedExtents);
 }
 
 UsedBlocks usedBlocksOf(const BlockDevice& device, const std::string& type, bool frozen)

@@ -177,6 +177,7 @@ parts_listing() {
     done
 }
 
+# shellcheck disable=SC2120 # cases give the argument
 # reader [IMAGE]: who found the used blocks of an image, a.kim by default.
 reader() {
     local image=${1:-a.kim}
