@@ -4,7 +4,7 @@ import pathlib
 import tarfile
 
 from . import compare
-from .machine import LABELS, RECOVERY, SCRATCH, TARGET, Machine
+from .machine import LABELS, RECOVERY, TARGET, Machine
 from .process import run
 
 EVIDENCE_LINES = 20
@@ -49,18 +49,26 @@ def holes(_: str, fact: str) -> bool:
 
 
 def check_recovery_partition(checks: Checks, machine: Machine, ending: str):
-    """The task was taken once, and the log of the run is where the person is told to look."""
     with machine.look(RECOVERY) as folder:
-        log = folder / LOG
-        text = log.read_text(encoding="utf-8", errors="replace") if log.exists() else ""
-        checks.that("the pending task was deleted", not (folder / "backup/recovery.json").exists())
-        checks.that(f"the log on the recovery partition holds {ending!r}", ending in text, text[-2000:])
+        check_recovery_folder(checks, folder, ending)
+
+
+def check_recovery_folder(checks: Checks, folder: pathlib.Path, ending: str):
+    """The task was taken once, and the log of the run is where the person is told to look."""
+    log = folder / LOG
+    text = log.read_text(encoding="utf-8", errors="replace") if log.exists() else ""
+    checks.that("the pending task was deleted", not (folder / "backup/recovery.json").exists())
+    checks.that(f"the log on the recovery partition holds {ending!r}", ending in text, text[-2000:])
 
 
 def check_file_system(checks: Checks, machine: Machine, number: int):
+    check_device(checks, LABELS[number], machine.disk.own(machine.disk.parts[number]))
+
+
+def check_device(checks: Checks, name: str, device: str):
     """What a restore leaves must be sound, not only readable."""
-    result = run("e2fsck", "-fn", machine.disk.own(machine.disk.parts[number]), check=False)
-    checks.that(f"the file system {LABELS[number]!r} is sound", result.returncode == 0, result.stdout + result.stderr)
+    result = run("e2fsck", "-fn", device, check=False)
+    checks.that(f"the file system {name!r} is sound", result.returncode == 0, result.stdout + result.stderr)
 
 
 def check_image(checks: Checks, image: pathlib.Path, record: str, work: pathlib.Path):
@@ -75,8 +83,14 @@ def check_image(checks: Checks, image: pathlib.Path, record: str, work: pathlib.
     checks.that(f"the record in {image.name} is right", text.rstrip("\n") == record, text)
 
 
-def check_archive(checks: Checks, machine: Machine, archive: pathlib.Path, uuid: str, source: dict):
-    """Begins with the description, and extracts to what SOURCE, a manifest, tells of the folder."""
+def check_verifies(checks: Checks, image: pathlib.Path):
+    """Every byte of the image is read and compared with its checksums."""
+    result = run("kestro-clone", "--verify", image, check=False)
+    checks.that(f"{image.name} passes --verify", result.returncode == 0, result.stdout + result.stderr)
+
+
+def check_archive(checks: Checks, scratch: pathlib.Path, archive: pathlib.Path, uuid: str, source: dict):
+    """Begins with the description, and extracts into SCRATCH to what SOURCE, a manifest, tells of the folder."""
     name = archive.name.removesuffix(".tar")
     if not archive.exists():
         checks.that(f"{archive.name} was written", False)
@@ -87,11 +101,9 @@ def check_archive(checks: Checks, machine: Machine, archive: pathlib.Path, uuid:
         checks.that(f"{archive.name} begins with datainfo", first is not None and first.name == "datainfo",
                     str(first))
         checks.that(f"datainfo of {archive.name} is right", text == f"UUID={uuid}\nDirectory={name}\n", text)
-    with machine.mounted(SCRATCH) as scratch:
-        run("tar", "--xattrs", "--xattrs-include=*", "-xpf", archive, "-C", scratch, name)
-        checks.same(f"{archive.name} extracts to what was backed up", source,
-                    compare.manifest(scratch / name), holes)
-        run("rm", "-rf", scratch / name)
+    run("tar", "--xattrs", "--xattrs-include=*", "-xpf", archive, "-C", scratch, name)
+    checks.same(f"{archive.name} extracts to what was backed up", source, compare.manifest(scratch / name), holes)
+    run("rm", "-rf", scratch / name)
 
 
 def print_backup(machine: Machine, directory: str):

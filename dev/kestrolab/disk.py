@@ -39,15 +39,26 @@ class LoopDisk:
             file.truncate((sum(size for size, _ in partitions) + 4) * MIB)
         run("sfdisk", "--quiet", "--no-reread", image,
             input="label: gpt\n" + "".join(f"size={size}MiB\n" for size, _ in partitions))
-        disk = cls(image, output_of("losetup", "--partscan", "--find", "--show", image), len(partitions))
+        disk = cls.attach(image, len(partitions))
+        try:
+            for part, (_, mkfs) in zip(disk.parts, partitions):
+                run(*mkfs, disk.own(part))
+        except BaseException:
+            disk.detach()
+            raise
+        return disk
+
+    @classmethod
+    def attach(cls, image: pathlib.Path, count: int) -> "LoopDisk":
+        """IMAGE has COUNT partitions already."""
+        disk = cls(image, output_of("losetup", "--partscan", "--find", "--show", image), count)
         try:
             # In use, the device is only marked: it detaches itself when the last user is gone.
             run("losetup", "--detach", disk.device)
             # Fails where the kernel has read the table by itself.
             run("partx", "--add", disk.device, check=False)
-            for part, (_, mkfs) in zip(disk.parts, partitions):
+            for part in disk.parts:
                 wait_until(pathlib.Path(part).exists, 10, f"{part} appears")
-                run(*mkfs, disk.own(part))
         except BaseException:
             disk.detach()
             raise

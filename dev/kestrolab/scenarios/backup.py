@@ -2,7 +2,7 @@
 """Backups of the system: one that succeeds, and one for which there is no room."""
 from .. import checks as check
 from .. import compare, content
-from ..machine import ROOT, TARGET, Machine
+from ..machine import ROOT, SCRATCH, TARGET, Machine
 from ..process import run
 from ..program import FAILED, SUCCEEDED
 from .story import Lab
@@ -34,13 +34,13 @@ def backup(lab: Lab):
     lab.checks.that(f"the program logged {SUCCEEDED!r}", outcome.succeeded, outcome.error())
     check.check_recovery_partition(lab.checks, lab.machine, SUCCEEDED)
     lab.checks.same("the system is as it was", source, lab.machine.manifest(ROOT), check.root_time)
-    with lab.machine.look(TARGET) as target:
+    with lab.machine.look(TARGET) as target, lab.machine.mounted(SCRATCH) as scratch:
         images = sorted((target / BACKUP).glob("*.kim"))
         lab.checks.that("one image was written", [image.name for image in images] == [IMAGE], str(images))
         for image in images:
             check.check_image(lab.checks, image, f"UUID={lab.machine.uuids[ROOT]}\nVersion=1.1", lab.workspace)
         for name in ARCHIVED:
-            check.check_archive(lab.checks, lab.machine, target / BACKUP / f"{name}.tar", lab.machine.uuids[ROOT],
+            check.check_archive(lab.checks, scratch, target / BACKUP / f"{name}.tar", lab.machine.uuids[ROOT],
                                 compare.subtree(source, name))
     check.print_backup(lab.machine, BACKUP)
 

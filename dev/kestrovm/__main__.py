@@ -1,0 +1,73 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Runs scenarios of the whole machine; dev/vm calls it."""
+import argparse
+import dataclasses
+import pathlib
+import shutil
+import signal
+import sys
+import time
+
+from kestrolab.process import LabError
+
+from . import product
+from .installed import installed
+from .scenarios import SCENARIOS, SMOKE
+from .stages import WORK
+from .story import Story
+
+
+@dataclasses.dataclass
+class Result:
+    scenario: str
+    seconds: float
+    failed: list[str]
+
+
+def tell(name: str, recovery_system: pathlib.Path) -> Result:
+    scenario = SCENARIOS[name]
+    machine = installed(scenario.kind, recovery_system)
+    workspace = WORK / name
+    shutil.rmtree(workspace, ignore_errors=True)
+    workspace.mkdir(parents=True)
+    print(f"\n{name}: logs and pictures in {workspace}", flush=True)
+    begun = time.monotonic()
+    story = Story(workspace, scenario.kind, machine)
+    try:
+        scenario.tell(story)
+    except LabError as error:
+        story.checks.that("the scenario came to its end", False, str(error))
+    story.keep_recovery_log()
+    return Result(name, time.monotonic() - begun, story.checks.failed)
+
+
+def table(results: list[Result]) -> str:
+    """In Markdown."""
+    rows = [f"| `{result.scenario}` | {'FAIL' if result.failed else 'PASS'} | {result.seconds / 60:.1f} | "
+            f"{'; '.join(result.failed)} |" for result in results]
+    return "\n".join(["| scenario | result | minutes | what did not hold |", "|---|---|---|---|", *rows])
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(prog="dev/vm", description=__doc__)
+    parser.add_argument("scenario", choices=[*SCENARIOS, "smoke", "all"])
+    parser.add_argument("--image", type=pathlib.Path,
+                        help="folder with a recovery system that is built already (default: builds that of this checkout)")
+    options = parser.parse_args()
+    # Also where an interrupt was ignored from the beginning, as in the background of a shell.
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, lambda received, _: sys.exit(128 + received))
+    recovery_system = product.recovery_system(options.image)
+    names = {"all": list(SCENARIOS), "smoke": [SMOKE]}.get(options.scenario, [options.scenario])
+    results = [tell(name, recovery_system) for name in names]
+    print(f"\n{table(results)}")
+    failed = any(result.failed for result in results)
+    print("FAIL" if failed else "PASS")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except LabError as problem:
+        sys.exit(f"dev/vm: {problem}")

@@ -1,0 +1,142 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""One switched-on computer: QEMU in software emulation, with its screen, keyboard, mouse and plug."""
+import dataclasses
+import os
+import pathlib
+import shutil
+import struct
+import subprocess
+import tempfile
+import time
+
+from kestrolab.process import LabError, stop, wait_until
+
+from .console import Line, Shell, SwitchedOff
+from .qmp import Control
+
+MEMORY = 2560  # MiB: the recovery system runs from RAM
+FIRMWARE = pathlib.Path("/usr/share/OVMF")
+TABLET_RANGE = 0x7FFF  # the absolute axes of QEMU's tablet
+
+
+@dataclasses.dataclass
+class Drive:
+    image: pathlib.Path
+    serial: str
+    format: str = "qcow2"
+
+
+@dataclasses.dataclass
+class Kernel:
+    """Started directly, as from a rescue stick, instead of what the drives hold."""
+    kernel: pathlib.Path
+    initrd: pathlib.Path
+    parameters: str
+
+
+class Computer:
+    """with Computer(…) as computer: …; the plug is pulled at the end of the block at the latest.
+
+    A restart of the guest ends it too, so that the disks can be looked at between two starts.
+    """
+
+    def __init__(self, workspace: pathlib.Path, drives: list[Drive], kernel: Kernel | None = None,
+                 variables: pathlib.Path | None = None):
+        """VARIABLES: the firmware's memory, for UEFI instead of BIOS."""
+        self.workspace, self.drives, self.kernel, self.variables = workspace, drives, kernel, variables
+        self.sockets = pathlib.Path(tempfile.mkdtemp(prefix="kestro-vm-"))
+
+    def command(self) -> list[str]:
+        words = ["qemu-system-x86_64", "-nodefaults", "-no-user-config", "-no-reboot", "-display", "none",
+                 "-machine", "q35", "-accel", os.environ.get("KESTRO_VM_ACCEL", "tcg,thread=multi,tb-size=512"),
+                 "-cpu", "max", "-smp", "2", "-m", str(MEMORY), "-vga", "std", "-device", "virtio-rng-pci",
+                 "-device", "qemu-xhci", "-device", "usb-tablet", "-device", "usb-kbd",
+                 "-qmp", f"unix:{self.sockets}/qmp,server=on,wait=off"]
+        for name in ("console", "shell"):
+            words += ["-serial", f"unix:{self.sockets}/{name},server=on,wait=off"]
+        for number, drive in enumerate(self.drives):
+            words += ["-drive", f"if=none,id=drive{number},file={drive.image},format={drive.format},cache=unsafe,"
+                      "discard=unmap,detect-zeroes=unmap",
+                      "-device", f"virtio-blk-pci,drive=drive{number},serial={drive.serial}"]
+        if self.variables:
+            words += ["-drive", f"if=pflash,format=raw,readonly=on,file={FIRMWARE / 'OVMF_CODE_4M.fd'}",
+                      "-drive", f"if=pflash,format=raw,file={self.variables}"]
+        if self.kernel:
+            words += ["-kernel", str(self.kernel.kernel), "-initrd", str(self.kernel.initrd),
+                      "-append", self.kernel.parameters]
+        return words
+
+    def __enter__(self):
+        self.errors = open(self.workspace / "qemu.log", "a", encoding="utf-8")
+        self.process = subprocess.Popen(self.command(), stdin=subprocess.DEVNULL, stdout=self.errors, stderr=self.errors)
+        try:
+            wait_until(lambda: self.process.poll() is not None or (self.sockets / "qmp").exists(), 60, "the emulator starts")
+            self.control = Control(str(self.sockets / "qmp"))
+            self.console = Line(str(self.sockets / "console"), self.workspace / "console.log")
+            self.shell = Shell(str(self.sockets / "shell"), self.workspace / "shell.log")
+        except OSError as error:
+            self.pull_plug()
+            raise LabError(f"the emulator did not start: {error}; see {self.workspace}/qemu.log") from None
+        return self
+
+    def __exit__(self, *_):
+        self.pull_plug()
+        for part in (self.control, self.console, self.shell, self.errors):
+            part.close()
+        shutil.rmtree(self.sockets, ignore_errors=True)
+
+    def pull_plug(self):
+        """The power is gone at once; what the guest had not written is lost."""
+        self.process.kill()
+        self.process.wait()
+
+    def is_on(self) -> bool:
+        return self.process.poll() is None
+
+    def wait_for_end(self, seconds: float) -> str:
+        """Why it went off: "guest-reset" (a restart) or "guest-shutdown"."""
+        wait_until(lambda: not self.is_on(), seconds, "the machine restarts or switches itself off")
+        return self.control.shutdown_reason()
+
+    def stop(self):
+        stop(self.process)
+
+    def picture(self, name: str):
+        """Of the screen, into the workspace."""
+        self.control.execute("screendump", filename=str(self.workspace / f"{name}.png"), format="png")
+
+    def screen_size(self) -> tuple[int, int]:
+        """Width and height in pixels, as the head of a picture tells them (PNG specification, IHDR)."""
+        self.picture("screen")
+        return struct.unpack(">II", (self.workspace / "screen.png").read_bytes()[16:24])
+
+    def choose_last_menu_entry(self, seconds: float):
+        """In the boot menu. The first key opens it; keys that come too early wait in order."""
+        deadline = time.monotonic() + seconds
+        while time.monotonic() < deadline:
+            for key in ("down", "down", "down", "down", "ret"):
+                self.press(key)
+                time.sleep(0.2)
+            try:
+                self.console.expect("Linux version", seconds=1)
+                return
+            except SwitchedOff:
+                raise
+            except LabError:
+                continue
+        raise LabError("no kernel was started from the boot menu")
+
+    def press(self, *keys: str):
+        """Keys pressed together, by their QEMU names (qapi: QKeyCode)."""
+        self.control.execute("send-key", keys=[{"type": "qcode", "data": key} for key in keys])
+
+    def click(self, right: float, down: float):
+        """RIGHT and DOWN are parts of the screen's width and height, from its top left corner."""
+        def move(axis, part):
+            return {"type": "abs", "data": {"axis": axis, "value": round(part * TABLET_RANGE)}}
+
+        def button(down):
+            return {"type": "btn", "data": {"button": "left", "down": down}}
+        self.control.execute("input-send-event", events=[move("x", right), move("y", down)])
+        self.control.execute("input-send-event", events=[button(True)])
+        self.control.execute("input-send-event", events=[button(False)])
