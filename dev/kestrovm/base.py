@@ -6,6 +6,7 @@ from kestrolab.content import Tree, rich_folder, write_home
 from kestrolab.process import run
 
 from . import layout
+from .emulator import KERNEL_PARAMETERS
 from .stages import digest, stage
 
 UP = "KESTRO-INSTALLED-SYSTEM-UP"
@@ -13,14 +14,12 @@ PACKAGES = ("linux-image-cloud-amd64", "systemd-sysv", "udev", "dbus", "initramf
             "grub-efi-amd64-bin", "grub2-common", "efibootmgr", "e2fsprogs", "util-linux", "acl", "zstd", "kmod",
             "procps", "lvm2", "cryptsetup-initramfs")
 LEFT_OUT = ("/usr/share/doc/*", "/usr/share/man/*", "/usr/share/locale/*")
+UNWANTED = ("apt-daily.timer", "apt-daily-upgrade.timer", "dpkg-db-backup.timer", "e2scrub_all.timer",
+            "e2scrub_reap.service", "fstrim.timer", "lvm2-monitor.service", "systemd-pstore.service")
 BOUND = ("home", "opt", "root", "var")
 
 SAY_UP = f"""#!/bin/sh
 # For whoever watches the serial line: the system is up, and what it found.
-for try in 1 2 3 4 5 6 7 8 9 10; do
-    [ "$(systemctl list-jobs --no-legend | grep -vc say-up)" = 0 ] && break
-    sleep 1
-done
 printf '\\n{UP} swap=[%s] failed=[%s]\\n' "$(swapon --show=UUID --noheadings | tr -d ' \\n')" \\
     "$(systemctl list-units --state=failed --plain --no-legend | awk '{{print $1}}' | tr '\\n' ' ')" >/dev/ttyS0
 """
@@ -31,11 +30,14 @@ FILES = {
     "usr/lib/kestro/desktop-version": "[Release]\nType=Professional\n",
     "etc/default/locale": "LANG=C.UTF-8\nLANGUAGE=en_US\n",
     "etc/default/grub": 'GRUB_DEFAULT=0\nGRUB_TIMEOUT=3\nGRUB_DISTRIBUTOR=Debian\nGRUB_CMDLINE_LINUX_DEFAULT=""\n'
-                        'GRUB_CMDLINE_LINUX="console=tty0 console=ttyS0,115200"\nGRUB_TERMINAL="console serial"\n'
+                        f'GRUB_CMDLINE_LINUX="{KERNEL_PARAMETERS}"\nGRUB_TERMINAL="console serial"\n'
                         'GRUB_DISABLE_OS_PROBER=true\n',
     "etc/systemd/system/say-up.service": "[Unit]\nDescription=Says on the serial line that the system is up\n"
                                          "After=multi-user.target\n[Service]\nType=oneshot\n"
                                          "ExecStart=/usr/local/sbin/say-up\n[Install]\nWantedBy=graphical.target\n",
+    # An emulated computer may be slow.
+    "etc/systemd/system.conf.d/patience.conf":
+        "[Manager]\nDefaultTimeoutStartSec=30min\nDefaultDeviceTimeoutSec=30min\n",
     # The shell for whoever drives the machine; the first line stays free for messages.
     "etc/systemd/system/serial-getty@ttyS1.service.d/shell.conf":
         "[Service]\nExecStart=\nExecStart=-/sbin/agetty --autologin root --noclear 115200 %I dumb\n",
@@ -73,8 +75,8 @@ def furnish(root: pathlib.Path, name: str):
     units = root / "etc/systemd/system"
     run("systemctl", f"--root={root}", "--quiet", "enable", "say-up.service", "serial-getty@ttyS1.service")
     run("systemctl", f"--root={root}", "--quiet", "set-default", "graphical.target")
-    for timer in ("apt-daily.timer", "apt-daily-upgrade.timer", "dpkg-db-backup.timer", "e2scrub_all.timer", "fstrim.timer"):
-        (units / timer).symlink_to("/dev/null")
+    for unit in UNWANTED:
+        (units / unit).symlink_to("/dev/null")
     for number, user in enumerate(("ada", "grace")):
         run("chroot", root, "useradd", "--uid", 1000 + number, "--shell", "/bin/bash", "--no-create-home", user)
         write_home(tree, f"home/{user}", 1000 + number)

@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """What the computer says on its serial line, and a root shell on a second one."""
 import itertools
-import pathlib
 import re
 import socket
 import time
@@ -17,14 +16,12 @@ class SwitchedOff(LabError):
 
 
 class Line:
-    """A serial line; everything on it is kept in LOG."""
+    """A serial line."""
 
-    def __init__(self, path: str, log: pathlib.Path):
+    def __init__(self, path: str):
         self.socket = socket.socket(socket.AF_UNIX)
         self.socket.connect(path)
-        self.log = open(log, "a", encoding="utf-8", errors="replace")
         self.stream = pexpect.fdpexpect.fdspawn(self.socket.fileno(), encoding="utf-8", codec_errors="replace")
-        self.stream.logfile_read = self.log
         self.stream.delaybeforesend = None
 
     def expect(self, *patterns: str, seconds: float) -> re.Match:
@@ -35,9 +32,15 @@ class Line:
             raise LabError(f"not said within {seconds:g} seconds: {' or '.join(patterns)}\n{self.tail()}") from None
         except (pexpect.EOF, OSError):
             raise SwitchedOff(f"the machine went off without saying {' or '.join(patterns)}\n{self.tail()}") from None
-        finally:
-            self.log.flush()
         return self.stream.match
+
+    def drain(self):
+        """Takes what was said, so that the machine is not held up by a line that nobody reads; it is not expected any more."""
+        try:
+            while self.stream.read_nonblocking(size=65536, timeout=0):
+                pass
+        except (pexpect.TIMEOUT, pexpect.EOF, OSError):
+            pass
 
     def tail(self) -> str:
         return (self.stream.before or "")[-1500:] if isinstance(self.stream.before, str) else ""
@@ -50,14 +53,13 @@ class Line:
 
     def close(self):
         self.socket.close()
-        self.log.close()
 
 
 class Shell(Line):
     """A root shell. Every command is framed by markers that its own echo cannot be taken for."""
 
-    def __init__(self, path: str, log: pathlib.Path):
-        super().__init__(path, log)
+    def __init__(self, path: str):
+        super().__init__(path)
         self.numbers = itertools.count(1)
         self.is_ready = False
 

@@ -15,6 +15,12 @@ from .console import Line, Shell, SwitchedOff
 from .qmp import Control
 
 MEMORY = 2560  # MiB: the recovery system runs from RAM
+# Not "max": with it QEMU 7.2 says to be an AMD processor whose idle loop leaves runnable processes waiting for ever, and
+# a processor that has "monitor" never sleeps in emulation.
+PROCESSOR = "Nehalem,-monitor"
+# For every kernel: the emulated processors' counters agree, but the kernel's own test of that says otherwise on a busy
+# host, and then every look at the time is an access to an emulated device (twice the processor time for a start).
+KERNEL_PARAMETERS = "console=tty0 console=ttyS0,115200 tsc=reliable"
 FIRMWARE = pathlib.Path("/usr/share/OVMF")
 TABLET_RANGE = 0x7FFF  # the absolute axes of QEMU's tablet
 
@@ -49,11 +55,12 @@ class Computer:
     def command(self) -> list[str]:
         words = ["qemu-system-x86_64", "-nodefaults", "-no-user-config", "-no-reboot", "-display", "none",
                  "-machine", "q35", "-accel", os.environ.get("KESTRO_VM_ACCEL", "tcg,thread=multi,tb-size=512"),
-                 "-cpu", "max", "-smp", "2", "-m", str(MEMORY), "-vga", "std", "-device", "virtio-rng-pci",
+                 "-cpu", PROCESSOR, "-smp", "2", "-m", str(MEMORY), "-vga", "std", "-device", "virtio-rng-pci",
                  "-device", "qemu-xhci", "-device", "usb-tablet", "-device", "usb-kbd",
                  "-qmp", f"unix:{self.sockets}/qmp,server=on,wait=off"]
         for name in ("console", "shell"):
-            words += ["-serial", f"unix:{self.sockets}/{name},server=on,wait=off"]
+            words += ["-chardev", f"socket,id={name},path={self.sockets}/{name},server=on,wait=off,"
+                      f"logfile={self.workspace / name}.log,logappend=on", "-serial", f"chardev:{name}"]
         for number, drive in enumerate(self.drives):
             words += ["-drive", f"if=none,id=drive{number},file={drive.image},format={drive.format},cache=unsafe,"
                       "discard=unmap,detect-zeroes=unmap",
@@ -72,8 +79,7 @@ class Computer:
         try:
             wait_until(lambda: self.process.poll() is not None or (self.sockets / "qmp").exists(), 60, "the emulator starts")
             self.control = Control(str(self.sockets / "qmp"))
-            self.console = Line(str(self.sockets / "console"), self.workspace / "console.log")
-            self.shell = Shell(str(self.sockets / "shell"), self.workspace / "shell.log")
+            self.console, self.shell = Line(str(self.sockets / "console")), Shell(str(self.sockets / "shell"))
         except OSError as error:
             self.pull_plug()
             raise LabError(f"the emulator did not start: {error}; see {self.workspace}/qemu.log") from None
@@ -95,7 +101,11 @@ class Computer:
 
     def wait_for_end(self, seconds: float) -> str:
         """Why it went off: "guest-reset" (a restart) or "guest-shutdown"."""
-        wait_until(lambda: not self.is_on(), seconds, "the machine restarts or switches itself off")
+        def is_off():
+            self.console.drain()
+            self.shell.drain()
+            return not self.is_on()
+        wait_until(is_off, seconds, "the machine restarts or switches itself off")
         return self.control.shutdown_reason()
 
     def stop(self):

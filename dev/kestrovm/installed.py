@@ -8,7 +8,7 @@ import tempfile
 from kestrolab.process import run
 
 from . import base, layout
-from .emulator import FIRMWARE, Computer, Drive
+from .emulator import FIRMWARE, KERNEL_PARAMETERS, Computer, Drive
 from .product import as_rescue_stick
 from .stages import PROJECT, digest, sources, stage
 
@@ -16,9 +16,9 @@ STICK = "KESTROSTICK"
 INSTALL_LIMIT = 1800
 START_LIMIT = 600
 # The shell and the messages on the serial lines; everything else is what a person's machine gets.
-WATCHED = "console=tty0 console=ttyS0,115200 systemd.debug_shell=ttyS1"
-BUILT_FROM = ("recovery-image", "scripts", "dev/kestrovm/base.py", "dev/kestrovm/installed.py", "dev/kestrovm/layout.py",
-              "dev/kestrovm/install-machine", "dev/kestrolab/content.py")
+WATCHED = f"{KERNEL_PARAMETERS} systemd.debug_shell=ttyS1"
+BUILT_FROM = ("recovery-image", "scripts", "dev/kestrovm/base.py", "dev/kestrovm/emulator.py", "dev/kestrovm/installed.py",
+              "dev/kestrovm/layout.py", "dev/kestrovm/install-machine", "dev/kestrolab/content.py")
 
 
 @dataclasses.dataclass(frozen=True)
