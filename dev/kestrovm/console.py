@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """What the computer says on its serial line, and a root shell on a second one."""
+import codecs
+import contextlib
 import itertools
 import re
 import socket
+import threading
 import time
-
-import pexpect
-import pexpect.fdpexpect
 
 from kestrolab.process import LabError
 
@@ -16,38 +16,42 @@ class SwitchedOff(LabError):
 
 
 class Line:
-    """A serial line."""
+    """A serial line. It is read all the time: a line that nobody reads holds the whole machine up."""
 
     def __init__(self, path: str):
         self.socket = socket.socket(socket.AF_UNIX)
         self.socket.connect(path)
-        self.stream = pexpect.fdpexpect.fdspawn(self.socket.fileno(), encoding="utf-8", codec_errors="replace")
-        self.stream.delaybeforesend = None
+        self.changed = threading.Condition()
+        self.heard, self.is_on = "", True
+        threading.Thread(target=self.listen, daemon=True).start()
+
+    def listen(self):
+        decoder = codecs.getincrementaldecoder("utf-8")("replace")
+        with contextlib.suppress(OSError):
+            while data := self.socket.recv(65536):
+                with self.changed:
+                    self.heard += decoder.decode(data)
+                    self.changed.notify_all()
+        with self.changed:
+            self.is_on = False
+            self.changed.notify_all()
 
     def expect(self, *patterns: str, seconds: float) -> re.Match:
-        """The match of the pattern that comes first."""
-        try:
-            self.stream.expect(list(patterns), timeout=seconds)
-        except pexpect.TIMEOUT:
-            raise LabError(f"not said within {seconds:g} seconds: {' or '.join(patterns)}\n{self.tail()}") from None
-        except (pexpect.EOF, OSError):
-            raise SwitchedOff(f"the machine went off without saying {' or '.join(patterns)}\n{self.tail()}") from None
-        return self.stream.match
-
-    def drain(self):
-        """Takes what was said, so that the machine is not held up by a line that nobody reads; it is not expected any more."""
-        try:
-            while self.stream.read_nonblocking(size=65536, timeout=0):
-                pass
-        except (pexpect.TIMEOUT, pexpect.EOF, OSError):
-            pass
-
-    def tail(self) -> str:
-        return (self.stream.before or "")[-1500:] if isinstance(self.stream.before, str) else ""
+        """The first match in what was heard since the last one; the text up to its end is used up."""
+        expression = re.compile("|".join(f"(?:{pattern})" for pattern in patterns))
+        with self.changed:
+            found = self.changed.wait_for(lambda: expression.search(self.heard) or not self.is_on, seconds)
+            if isinstance(found, re.Match):
+                self.heard = self.heard[found.end():]
+                return found
+            tail = f"{' or '.join(patterns)}\n{self.heard[-1500:]}"
+        if found:
+            raise SwitchedOff(f"the machine went off without saying {tail}")
+        raise LabError(f"not said within {seconds:g} seconds: {tail}")
 
     def send(self, text: str):
         try:
-            self.stream.send(text)
+            self.socket.sendall(text.encode())
         except OSError as error:
             raise SwitchedOff(f"the machine is off: {error}") from None
 
@@ -84,7 +88,7 @@ class Shell(Line):
         self.send(f"echo '<'BEGIN-{number}'>'; {{ {command}\n}} 2>&1 </dev/null; echo '<'END-{number} $?'>'\r")
         self.expect(f"<BEGIN-{number}>\r?\n", seconds=seconds)
         end = self.expect(f"<END-{number} (\\d+)>", seconds=seconds)
-        return int(end[1]), self.stream.before.replace("\r\n", "\n")
+        return int(end[1]), end.string[:end.start()].replace("\r\n", "\n")
 
     def run(self, command: str, seconds: float = 120) -> str:
         code, output = self.attempt(command, seconds)

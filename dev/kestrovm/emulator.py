@@ -102,11 +102,7 @@ class Computer:
 
     def wait_for_end(self, seconds: float) -> str:
         """Why it went off: "guest-reset" (a restart) or "guest-shutdown"."""
-        def is_off():
-            self.console.drain()
-            self.shell.drain()
-            return not self.is_on()
-        wait_until(is_off, seconds, "the machine restarts or switches itself off")
+        wait_until(lambda: not self.is_on(), seconds, "the machine restarts or switches itself off")
         return self.control.shutdown_reason()
 
     def stop(self):
