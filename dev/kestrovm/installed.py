@@ -13,8 +13,8 @@ from .product import as_rescue_stick
 from .stages import PROJECT, digest, sources, stage
 
 STICK = "KESTROSTICK"
-INSTALL_LIMIT = 1800
-START_LIMIT = 600
+INSTALL_LIMIT = 5400
+START_LIMIT = 1800
 # The shell and the messages on the serial lines; everything else is what a person's machine gets.
 WATCHED = f"{KERNEL_PARAMETERS} systemd.debug_shell=ttyS1"
 BUILT_FROM = ("recovery-image", "scripts", "dev/kestrovm/base.py", "dev/kestrovm/emulator.py", "dev/kestrovm/installed.py",

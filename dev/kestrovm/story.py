@@ -15,8 +15,8 @@ from .installed import Installed, Kind
 from .recovery import RecoveryRun
 from .view import View, make_layer
 
-START_LIMIT = 600
-TASK_LIMIT = 1800
+START_LIMIT = 1800
+TASK_LIMIT = 5400
 RECOVERY_ENTRY = "kestro-recovery"
 
 
