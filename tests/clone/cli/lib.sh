@@ -123,7 +123,8 @@ listing() (
 # standard error.
 kc() {
     local status=0
-    "$KESTRO_CLONE" "$@" >"$T/out" 2>"$T/err" || status=$?
+    # A tool that waits for its own frozen source would hold up the whole machine; ended, it thaws it.
+    timeout -k 10 200 "$KESTRO_CLONE" "$@" >"$T/out" 2>"$T/err" || status=$?
     printf '%s -> %s%s\n' "$*" "$status" "$(tail -n 1 "$T/out" | grep -oE ' [0-9.]+%$' || true)" |
         sed '/-> 0 /!s/ [0-9.]*%$//' | same_every_time
     same_every_time <"$T/err"

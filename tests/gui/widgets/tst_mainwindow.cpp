@@ -66,7 +66,6 @@ struct Scenario
         QDir().mkpath(u"/media/TARGET/saved"_s);
         machine.programs.reply({u"reboot"_s});
         machine.programs.reply({u"poweroff"_s});
-        machine.programs.reply({u"/lib/kestro-recovery-gui/scripts/create-data-info"_s});
     }
 
     /// The page in the window, when it is one of that kind.
@@ -261,8 +260,6 @@ void MainWindowTest::wholeBackup()
     Scenario scenario;
     Sandbox::writeFile(u"/media/ROOT/opt/program"_s, "x");
     Sandbox::writeFile(u"/media/ROOT/var/state"_s, "x");
-    scenario.machine.programs.reply({u"/lib/kestro-recovery-gui/scripts/create-data-info"_s},
-        {.snippet = "printf 'UUID=%s\\nDirectory=%s\\n' \"$1\" \"$2\" > \"$3\""});
     scenario.window.setRecovery(pendingTask(u"SystemBackup"_s, backupSteps()));
     QTRY_VERIFY_WITH_TIMEOUT(scenario.hasEnded(), patience);
     QCOMPARE(textsOf(scenario.page<EndPage>()), (QStringList{u"Backup Successful"_s, u"[Reboot Now]"_s}));
