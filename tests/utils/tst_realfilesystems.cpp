@@ -78,6 +78,7 @@ void RealFileSystemsTest::usage_data()
     const QString copyByTool = u"head -c 8M /dev/urandom >/tmp/data; "_s;
     QTest::newRow("ext4") << FsType::Ext4 << 64 << u"mkfs.ext4 -q $1"_s << mountAndWrite << askKernel << qint64(0);
     QTest::newRow("ext2") << FsType::Ext2 << 64 << u"mkfs.ext2 -q $1"_s << mountAndWrite << askKernel << qint64(0);
+    QTest::newRow("ext3") << FsType::Ext3 << 64 << u"mkfs.ext3 -q $1"_s << mountAndWrite << askKernel << qint64(0);
     QTest::newRow("xfs") << FsType::Xfs << 320 << u"mkfs.xfs -q $1"_s << mountAndWrite << askKernel << mebibyte;
     // btrfs takes room from the device in large pieces: what it says is not the kernel's free space.
     QTest::newRow("btrfs") << FsType::Btrfs << 128 << u"mkfs.btrfs -q $1 2>/dev/null"_s << QString()
@@ -90,11 +91,13 @@ void RealFileSystemsTest::usage_data()
                              "/bytes of free space/ { print t, $2 }'"_s
                           << mebibyte / 16;
     // The reader takes off the offset of the data area, deliberately.
-    QTest::newRow("fat16") << FsType::Fat16 << 64 << u"mkfs.vfat -F 16 $1 >/dev/null"_s
-                           << copyByTool + u"mcopy -i $1 /tmp/data ::data"_s
-                           << u"echo $(blockdev --getsize64 $1) "
-                              "$(mdir -i $1 | awk '/bytes free/ { gsub(\" \", \"\"); print $1 + 0 }')"_s
+    const QString askMtools = u"echo $(blockdev --getsize64 $1) "
+                              "$(mdir -i $1 | awk '/bytes free/ { gsub(\" \", \"\"); print $1 + 0 }')"_s;
+    const QString copyByMtools = copyByTool + u"mcopy -i $1 /tmp/data ::data"_s;
+    QTest::newRow("fat16") << FsType::Fat16 << 64 << u"mkfs.vfat -F 16 $1 >/dev/null"_s << copyByMtools << askMtools
                            << mebibyte / 2;
+    QTest::newRow("fat32") << FsType::Fat32 << 64 << u"mkfs.vfat -F 32 -s 1 $1 >/dev/null"_s << copyByMtools
+                           << askMtools << 2 * mebibyte;
     QTest::newRow("jfs") << FsType::Jfs << 64 << u"mkfs.jfs -q $1 >/dev/null"_s << QString()
                          << u"jfs_fsck -f -n -v $1 | awk '/kilobytes total disk space/ { t = $1 } "
                             "/kilobytes are available/ { print t * 1024, $1 * 1024 }' || true"_s
