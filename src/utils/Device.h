@@ -40,6 +40,7 @@ public:
 
     /// Asks df(1) for size, used and available bytes of the process's list. Devices that df lists under another path
     /// than `path` ("/dev/mapper/…"), and mount points with blanks, keep lsblk's.
+    /// Changes devices that look-ups have given out: no other thread may be reading them.
     static void updateUsageFromDf();
 
     /// The kinds of the devices of a list.
