@@ -18,7 +18,10 @@ clean_up() {
         for ((item = ${#mounts[@]} - 1; item >= 0; item--)); do
             umount -q -- "${mounts[item]}" 2>/dev/null || true
         done
-        for item in "${!attached[@]}"; do losetup -d "$item" 2>/dev/null || true; done
+        for item in "${!attached[@]}"; do
+            # Once only: the number may be somebody else's by the second time.
+            if losetup -d "$item" 2>/dev/null; then unset "attached[$item]"; fi
+        done
     done
     rm -rf --one-file-system -- "$T"
 }
