@@ -24,7 +24,8 @@ mount -t overlay -o "lowerdir=m/low,upperdir=u/up,workdir=u/work" none o
 kc --tui "$source" o/a.kim
 umount o n
 detach "$inner"
-umount m
+# Whoever still looks at the inner device keeps its file open for a moment.
+timeout 20 bash -c 'until umount m 2>/dev/null; do sleep 0.2; done'
 kc --tui "$source" /dev/kestro-no-such-device
 echo x >DiskInfo
 kc --write-custom-file kim:///dev/kestro-no-such-device/DiskInfo DiskInfo
