@@ -5,6 +5,7 @@
 #include "platform/velk/VLabel.h"
 #include "platform/velk/VPaletteHelper.h"
 #include "platform/velk/VStyle.h"
+#include "platform/velk/stylepainting.h"
 #include "platform/velk/mountedmedia.h"
 
 #include <QAbstractFileIconProvider>
@@ -179,13 +180,14 @@ void DirectoryChooser::showDirectory()
     m_up->setEnabled(m_open != QDir::rootPath());
 }
 
+void DirectoryChooser::resizeEvent(QResizeEvent* event)
+{
+    QDialog::resizeEvent(event);
+    setMask(StylePainting::dialogShape(rect()));
+}
+
 void DirectoryChooser::paintEvent(QPaintEvent* /*event*/)
 {
-    const VPalette colors = VPaletteHelper::instance()->palette(this);
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(colors.color(VPalette::ControlBorder));
-    painter.setBrush(colors.color(QPalette::Window));
-    const qreal radius = VStyle::frameRadius + 4;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    StylePainting::dialogPanel(&painter, rect(), VPaletteHelper::instance()->palette(this));
 }

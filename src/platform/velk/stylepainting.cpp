@@ -8,12 +8,17 @@
 #include <QIcon>
 #include <QPainter>
 #include <QPixmap>
+#include <QRegion>
 #include <QStyleOption>
+#include <QtMath>
+
+#include <cmath>
 
 namespace {
 
 constexpr qreal buttonRadius = VStyle::frameRadius - 2;
 constexpr qreal checkRadius = 4;
+constexpr qreal dialogRadius = VStyle::frameRadius + 4;
 
 QColor interactive(const QColor& color, QStyle::State state)
 {
@@ -113,6 +118,30 @@ QPixmap tinted(const QIcon& icon, const QSize& size, qreal ratio, const QColor& 
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(pixmap.rect(), color);
     return pixmap;
+}
+
+void dialogPanel(QPainter* painter, const QRect& rect, const VPalette& palette)
+{
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(palette.color(VPalette::ControlBorder));
+    painter->setBrush(palette.color(QPalette::Window));
+    painter->drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), dialogRadius, dialogRadius);
+    painter->restore();
+}
+
+QRegion dialogShape(const QRect& rect)
+{
+    const int radius = qCeil(dialogRadius);
+    QRegion shape(rect.adjusted(0, radius, 0, -radius));
+    for (int row = 0; row < radius; ++row) {
+        const qreal fromCentre = radius - row - 0.5;
+        const int inset = qCeil(radius - std::sqrt((radius * radius) - (fromCentre * fromCentre)));
+        const int width = rect.width() - (2 * inset);
+        shape += QRect(rect.left() + inset, rect.top() + row, width, 1);
+        shape += QRect(rect.left() + inset, rect.bottom() - row, width, 1);
+    }
+    return shape;
 }
 
 void checkBox(QPainter* painter, const QStyleOption& option, const VPalette& palette)

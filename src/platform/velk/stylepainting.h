@@ -7,6 +7,7 @@ class QColor;
 class QIcon;
 class QPainter;
 class QPixmap;
+class QRegion;
 class QRectF;
 class QStyleOption;
 class QStyleOptionButton;
@@ -29,6 +30,12 @@ void iconAndText(QPainter* painter, const QStyleOptionButton& button, const VPal
 /// @param size in device-independent pixels
 /// @param ratio device pixels to one of those
 [[nodiscard]] QPixmap tinted(const QIcon& icon, const QSize& size, qreal ratio, const QColor& color);
+
+/// A window's background and outline, as large as the window.
+void dialogPanel(QPainter* painter, const QRect& rect, const VPalette& palette);
+
+/// What dialogPanel() covers of a window. Where nothing composites windows, what lies outside would else be black.
+[[nodiscard]] QRegion dialogShape(const QRect& rect);
 
 void checkBox(QPainter* painter, const QStyleOption& option, const VPalette& palette);
 void radioButton(QPainter* painter, const QStyleOption& option, const VPalette& palette);

@@ -133,7 +133,8 @@ void BackupRestoreWidget::buildModules()
     m_modules->setItemSize(tileSize);
     m_modules->setTextElideMode(Qt::ElideRight);
     m_modules->setBackgroundType(VListView::ClipCornerBackground);
-    m_modules->setViewportMargins(20, 0, 0, 0); // centres three tiles and the gaps around them
+    // Centres three tiles and the gaps around them.
+    m_modules->setViewportMargins(isRightToLeft() ? 0 : 20, 0, isRightToLeft() ? 20 : 0, 0);
     m_modules->setModel(m_model);
     for (int row = 0; row < static_cast<int>(modules.size()); ++row) {
         addModule(row);
