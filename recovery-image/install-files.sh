@@ -40,7 +40,8 @@ kernel_parameters() {
     printf '%s ' boot=live live-media-path=recovery_live "live-media=/dev/disk/by-uuid/$recovery_uuid" \
         toram=filesystem.squashfs "root=UUID=$root_uuid"
     encrypted_containers | awk '{ printf "cryptopts=source=UUID=%s,target=luks_crypt%d ", $1, NR - 1 }'
-    printf 'quiet%s\n' "${append:+ $append}"
+    # The person sees no messages of a start that goes well.
+    printf 'quiet loglevel=3%s\n' "${append:+ $append}"
 }
 
 # The UUIDs of the LUKS containers on which the installed system and its data lie, the root's first.

@@ -3,6 +3,7 @@
 """The scripts of the recovery session, on a partition of a loop device that the kernel command line names."""
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -25,6 +26,7 @@ mount -t tmpfs none "$1/etc"
 mkdir "$1/etc/upper" "$1/etc/work"
 mount -t overlay -o "lowerdir=/etc,upperdir=$1/etc/upper,workdir=$1/etc/work" none /etc
 [ -z "$2" ] || mount -o ro "$2" /run/live/medium
+[ ! -x "$1/kestro-clone" ] || "$1/kestro-clone" 3 &
 script=$3
 shift 3
 "$script"
@@ -74,7 +76,7 @@ class Session(unittest.TestCase):
         (self.folder / "cmdline").write_text(f"BOOT_IMAGE=/kestro/vmlinuz-6 boot=live live-media={device or self.disk.parts[0]}\n")
         environment = {**os.environ, "PATH": f"{self.folder / 'bin'}:/usr/sbin:/usr/bin:/sbin:/bin",
                        "KESTRO_CONSOLE": str(self.folder / "console")}
-        result = subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", str(self.folder), medium,
+        result = subprocess.run(["unshare", "--mount", "--pid", "--fork", "--mount-proc", "sh", "-c", STAGE, "sh", str(self.folder), medium,
                                  str(ENVIRONMENT / script), *afterwards], env=environment, text=True,
                                 capture_output=True, check=False)
         self.assertEqual(result.returncode, 0, result.stderr)
@@ -86,6 +88,12 @@ class Session(unittest.TestCase):
         self.assertIn("A journal was saved as kestro-recovery-journal.txt", (self.folder / "console").read_text())
         with Mounted(self.disk, 0, self.folder / "point") as partition:
             self.assertEqual((partition / "kestro-recovery-journal.txt").read_text(), "what happened\n")
+
+    def test_a_restore_that_goes_on_is_waited_for(self):
+        shutil.copy("/bin/sleep", self.folder / "kestro-clone")
+        self.call("report-failure", "sh", "-c", "! grep -x kestro-clone /proc/[0-9]*/comm")
+        text = (self.folder / "console").read_text()
+        self.assertLess(text.index("Do not switch off"), text.index("Nothing is running any more."))
 
     def test_a_death_without_recovery_partition_is_told(self):
         self.call("report-failure", "true", device="/dev/disk/by-uuid/gone")

@@ -22,6 +22,7 @@ EFI, BOOT, ROOT, DATA, RECOVERY, SMALL, GRUB = range(7)
 BIOS_BOOT, LINUX = "21686148-6449-6E6F-744E-656564454649", "0FC63DAF-8483-4772-8E79-3D69D8477DE4"
 STAGE = 'mount --make-rprivate / && mount -t tmpfs none /sys/firmware && { [ "$1" != uefi ] || mkdir /sys/firmware/efi; } &&' \
         ' shift && exec "$@"'
+MEMORY = "/dev/shm"
 KERNEL = "6.1.0-9-amd64"
 
 
@@ -32,15 +33,20 @@ def efi_file_system():
 
 class RecoveryInstall(unittest.TestCase):
     def setUp(self):
-        holder = tempfile.TemporaryDirectory()
+        # In memory: the installer waits for every write to arrive.
+        holder = tempfile.TemporaryDirectory(dir=MEMORY if os.path.isdir(MEMORY) else None)
         self.addCleanup(holder.cleanup)
         self.folder = pathlib.Path(holder.name)
+        # Not below /dev, which is mounted into the installed system.
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.work = pathlib.Path(holder.name)
         ext4 = ["mkfs.ext4", "-q"]
         self.disk = LoopDisk.create(self.folder / "disk.img", [
             (40, efi_file_system()), (16, ext4), (48, ext4), (24, ext4), (160, ext4), (48, ext4), (1, ["true"])])
         self.addCleanup(self.disk.detach)
         self.set_type(GRUB, BIOS_BOOT)
-        for name in ("tmp", "image", "modules/i386-pc", "modules/x86_64-efi"):
+        for name in ("image", "modules/i386-pc", "modules/x86_64-efi"):
             (self.folder / name).mkdir(parents=True)
         for name in ("vmlinuz", "initrd.img", "filesystem.squashfs"):
             (self.folder / "image" / name).write_text(f"content of {name}\n")
@@ -96,12 +102,12 @@ class RecoveryInstall(unittest.TestCase):
         calls.write_text("")
         environment = {**os.environ, "PATH": f"{FAKES}:{CLONE}:/usr/sbin:/usr/bin:/sbin:/bin", "CALLS": str(calls),
                        "FIRMWARE": str(self.folder / "firmware"), "DISK": self.disk.device,
-                       "TMPDIR": str(self.folder / "tmp"), "KESTRO_GRUB_MODULES": str(self.folder / "modules"), **more}
+                       "TMPDIR": str(self.work), "KESTRO_GRUB_MODULES": str(self.folder / "modules"), **more}
         result = subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", booted, str(INSTALL), *words],
                                 env=environment, text=True, capture_output=True, check=False)
         text = result.stdout + result.stderr
         self.assertNotIn(self.disk.device, pathlib.Path("/proc/self/mountinfo").read_text(), text)
-        self.assertEqual(os.listdir(self.folder / "tmp"), [], text)
+        self.assertEqual(os.listdir(self.work), [], text)
         return result.returncode, calls.read_text().splitlines(), text
 
     def words(self, root=ROOT, recovery=RECOVERY, data=DATA):
@@ -111,7 +117,7 @@ class RecoveryInstall(unittest.TestCase):
     def assert_laid_out(self, files):
         uuid, parameters = self.disk.uuid, (
             "boot=live live-media-path=recovery_live live-media=/dev/disk/by-uuid/{} toram=filesystem.squashfs root=UUID={} "
-            "quiet nomodeset").format(self.disk.uuid(RECOVERY), self.disk.uuid(ROOT))
+            "quiet loglevel=3 nomodeset").format(self.disk.uuid(RECOVERY), self.disk.uuid(ROOT))
         self.assertEqual({name: text for name, text in files.items() if not name.startswith("boot/")}, {
             "backup/_nox_data.info": uuid(DATA) + "\n",
             "backup/part-boot.info": uuid(BOOT) + "\n", "backup/part-boot.kim": "",
@@ -211,10 +217,10 @@ class RecoveryInstall(unittest.TestCase):
                 self.assertIn(reason, text)
         for number in (RECOVERY, ROOT, DATA):
             with self.subTest(f"mounted {number}"):
-                subprocess.run(["mount", "-o", "ro,noload", self.disk.parts[number], self.folder / "tmp"], check=True)
+                subprocess.run(["mount", "-o", "ro,noload", self.disk.parts[number], self.work], check=True)
                 result = subprocess.run([INSTALL, *self.words()], env={**os.environ, "TMPDIR": str(self.folder)},
                                         text=True, capture_output=True, check=False)
-                subprocess.run(["umount", self.folder / "tmp"], check=True)
+                subprocess.run(["umount", self.work], check=True)
                 self.assertNotEqual(result.returncode, 0)
                 self.assertIn(f"{self.disk.parts[number]} is mounted", result.stderr)
         self.assertEqual(self.disk.checksum(), before)
