@@ -55,7 +55,7 @@ unsigned crewSize(const ImageIndex& index, std::uint64_t otherBytes)
     const std::uint64_t taken = index.chunks.size() * bytesOfChunk + index.extents.size() * sizeof(Extent) + otherBytes;
     const std::uint64_t left = budget - std::min(budget, taken);
     const auto fitting = static_cast<unsigned>(left / (2ULL * index.chunkSize + bytesOfThread));
-    return std::clamp(std::min(fitting, std::thread::hardware_concurrency() + 2), 2U, 32U);
+    return std::clamp(fitting, 2U, 32U);
 }
 
 void runCrew(std::uint64_t first, std::uint64_t last, unsigned threads, const std::function<ChunkTask()>& makeTask)
