@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "utils/AsyncTask.h"
-
 #include "sandbox/Sandbox.h"
 #include "support/FakePrograms.h"
 #include "support/FakeUDisks.h"
 #include "support/LogCapture.h"
+#include "utils/WorkerReports.h"
 #include "utils/backuplistjson.h"
 
 #include <QElapsedTimer>
@@ -14,51 +13,11 @@
 #include <QTest>
 #include <QThread>
 
-#include <atomic>
-#include <functional>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr const char* startedFlag = "/home/kestro/kestro-recovery-gui.startedFlag";
-
-/// Runs the worker to its end. @param meanwhile runs once the worker has been started
-/// @return its signals in order, each with its argument, as a receiver in another thread gets them
-///
-/// The receiver's thread looks into its queue only after the worker's end, which it is told by an atomic: the thread
-/// sanitizer sees that, but not what Qt's own library does to pass an event on.
-QStringList reportsOf(
-    AsyncTask& task, const std::function<void()>& meanwhile = [] {})
-{
-    QStringList reports;
-    std::atomic_bool isDone = false;
-    QObject receiver;
-    const auto note = [&reports](const QString& name) {
-        return [&reports, name](const QString& argument) { reports.append(name + u' ' + argument); };
-    };
-    const auto noteAlone = [&reports](const QString& name) { return [&reports, name] { reports.append(name); }; };
-    QObject::connect(&task, &AsyncTask::fixPartitionSuccess, &receiver, noteAlone(u"fixed"_s));
-    QObject::connect(&task, &AsyncTask::fixPartitionFailed, &receiver, note(u"not fixed"_s));
-    QObject::connect(&task, &AsyncTask::showSystemRestoreFinish, &receiver, noteAlone(u"started"_s));
-    QObject::connect(&task, &AsyncTask::getPartitionCheckItemFinish, &receiver, note(u"items"_s));
-    QObject::connect(&task, &AsyncTask::initLiveRestorePageFinish, &receiver, note(u"page"_s));
-    QObject::connect(&task, &AsyncTask::initSystemRepairToolPageFinish, &receiver, noteAlone(u"repaired"_s));
-    QObject::connect(&task, &AsyncTask::initSystemRepairToolPageFailed, &receiver, note(u"not repaired"_s));
-    QObject::connect(
-        &task, &QThread::finished, &receiver, [&isDone] { isDone = true; }, Qt::DirectConnection);
-    task.start();
-    meanwhile();
-    while (!isDone) {
-        QThread::msleep(5);
-    }
-    task.wait();
-    if (!reports.isEmpty()) {
-        return {u"reported in the worker's thread"_s};
-    }
-    QCoreApplication::sendPostedEvents(&receiver);
-    return reports;
-}
 
 QJsonObject objectBehind(const QString& word, const QStringList& reports)
 {

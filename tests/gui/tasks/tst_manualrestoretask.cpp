@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "gui/tasks/FakeMachine.h"
+#include "gui/tasks/BackupToRestore.h"
 #include "gui/tasks/ManualRestoreTask.h"
 #include "gui/tasks/TaskRun.h"
 #include "sandbox/Sandbox.h"
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -17,66 +16,13 @@ const QString brokenFile = u"There is something wrong with your backup file"_s;
 const QString otherDisk = u"Your disk info and the backup info do not match, so you cannot restore now"_s;
 const QString otherVersion =
     u"Your system version does not match the backup file, please update the system and restore again"_s;
-const QString backup = u"/media/TARGET/b"_s;
-
-QJsonArray restoreOf(const QStringList& directories)
-{
-    QJsonArray tasks;
-    for (const QString& directory : directories) {
-        tasks.append(taskElement(u"restore-partitions"_s, {u"UUID:TARGET"_s, directory, u"ROOT"_s}));
-    }
-    return tasks;
-}
+const QString backup = BackupToRestore::directory();
 
 /// A reply of the image tool that leaves a record, always of the same time.
 FakePrograms::Reply record(const QByteArray& text)
 {
     return {.snippet = "printf '%b' '" + text + "' >\"$3\"; touch -d @1000 \"$3\""};
 }
-
-/// Machine with a backup directory of images whose records are read with the custom-file call.
-struct Restore
-{
-    explicit Restore(const QStringList& images)
-    {
-        machine.allowFileCommands();
-        machine.programs.reply({u"mkswap"_s});
-        machine.programs.reply({u"kestro-clone"_s, u"--tui"_s});
-        machine.programs.reply({u"kestro-clone"_s, u"--kim-info"_s}, "image of 3 blocks\n");
-        machine.programs.reply({u"kestro-clone"_s, u"--verify"_s});
-        QDir().mkpath(backup);
-        for (const QString& image : images) {
-            Sandbox::writeFile(backup + u'/' + image, "image");
-        }
-    }
-
-    void readsRecord(const FakePrograms::Reply& reply)
-    {
-        machine.programs.reply({u"kestro-clone"_s, u"--read-custom-file"_s}, reply);
-    }
-
-    /// An archive with the given description, made with the real tar in the sandbox.
-    void addArchive(const QString& name, const QByteArray& description, const QStringList& options = {})
-    {
-        const QString source = Sandbox::freshFolder();
-        Sandbox::writeFile(source + u"/datainfo"_s, description);
-        Sandbox::writeFile(source + u"/opt/file"_s, "restored");
-        Sandbox::writeFile(source + u"/var/file"_s, "restored");
-        const QStringList members{u"datainfo"_s, u"opt"_s, u"var"_s};
-        const QStringList arguments{u"-cf"_s, backup + u'/' + name, u"-C"_s, source};
-        QCOMPARE(QProcess::execute(u"tar"_s, options + arguments + members), 0);
-        machine.programs.forgetCalls();
-    }
-
-    [[nodiscard]] QString outcome(const QStringList& directories = {u"/b"_s})
-    {
-        return TaskRun<ManualRestoreTask>(restoreOf(directories)).outcome();
-    }
-
-    [[nodiscard]] QStringList changes() const { return machine.callsOf({u"chattr"_s, u"rm"_s, u"mkswap"_s}); }
-
-    FakeMachine machine;
-};
 
 } // namespace
 
@@ -150,7 +96,7 @@ void ManualRestoreTaskTest::targets()
     QFETCH(const QString, image);
     QFETCH(const QByteArray, text);
     QFETCH(const QStringList, devices);
-    Restore restore({image});
+    BackupToRestore restore({image});
     restore.readsRecord(record(text));
     QTEST(restore.outcome(), "outcome");
     QStringList expected;
@@ -185,7 +131,7 @@ void ManualRestoreTaskTest::recordLines()
     QFETCH(const QByteArray, out);
     QFETCH(const QByteArray, err);
     QFETCH(const int, exitCode);
-    Restore restore({u"a.kim"_s});
+    BackupToRestore restore({u"a.kim"_s});
     restore.machine.programs.reply(
         {u"kestro-clone"_s, u"--kim-info"_s, backup + u"/a.kim"_s}, {.out = out, .err = err, .exitCode = exitCode});
     QTEST(restore.outcome(), "outcome");
@@ -194,7 +140,7 @@ void ManualRestoreTaskTest::recordLines()
 
 void ManualRestoreTaskTest::recordsOfOneSizeAndTime()
 {
-    Restore restore({u"a.kim"_s, u"b.kim"_s});
+    BackupToRestore restore({u"a.kim"_s, u"b.kim"_s});
     restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
     restore.readsRecord(record("UUID=BOOT\\nVersion=1.1"));
     QCOMPARE(restore.outcome(), u"finished"_s);
@@ -211,7 +157,7 @@ void ManualRestoreTaskTest::noRecordForTheSecondImage_data()
 void ManualRestoreTaskTest::noRecordForTheSecondImage()
 {
     QFETCH(const int, exitCode);
-    Restore restore({u"a.kim"_s, u"b.kim"_s});
+    BackupToRestore restore({u"a.kim"_s, u"b.kim"_s});
     restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
     restore.readsRecord({.exitCode = exitCode});
     QCOMPARE(restore.outcome(), brokenFile);
@@ -220,7 +166,7 @@ void ManualRestoreTaskTest::noRecordForTheSecondImage()
 
 void ManualRestoreTaskTest::diskImageUnmountsItsDrive()
 {
-    Restore restore({u"disk.kim"_s});
+    BackupToRestore restore({u"disk.kim"_s});
     restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
     restore.readsRecord(record("DiskDrive=DISK_A\\nVersion=1.1"));
     QCOMPARE(restore.outcome(), u"finished"_s);
@@ -250,7 +196,7 @@ void ManualRestoreTaskTest::swapOfTheDisk()
 {
     QFETCH(const QByteArray, text);
     QFETCH(const QByteArray, fstab);
-    Restore restore({u"disk.kim"_s});
+    BackupToRestore restore({u"disk.kim"_s});
     Sandbox::writeFile(u"/media/ROOT/etc/fstab"_s, fstab);
     // Listed after the root partition: the first answer stays.
     Sandbox::writeFile(u"/media/DATA/etc/fstab"_s, "UUID=OTHER none swap sw 0 0\n");
@@ -264,7 +210,7 @@ void ManualRestoreTaskTest::swapOfTheDisk()
 
 void ManualRestoreTaskTest::secondArchiveWithoutDescription()
 {
-    Restore restore({});
+    BackupToRestore restore({});
     restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
     Sandbox::writeFile(backup + u"/var.tar"_s, "no archive");
     Sandbox::writeFile(u"/media/DATA/opt/former"_s, "");
@@ -290,7 +236,7 @@ void ManualRestoreTaskTest::refusedArchives_data()
 void ManualRestoreTaskTest::refusedArchives()
 {
     QFETCH(const QByteArray, description);
-    Restore restore({});
+    BackupToRestore restore({});
     restore.addArchive(u"opt.tar"_s, description);
     QTEST(restore.outcome(), "outcome");
     QCOMPARE(restore.changes(), QStringList());
@@ -301,7 +247,7 @@ void ManualRestoreTaskTest::refusedArchives()
 void ManualRestoreTaskTest::membersStayInTheDirectory()
 {
     // The safety of GNU tar's default is relied on: no "-P" on our side.
-    Restore restore({});
+    BackupToRestore restore({});
     restore.addArchive(
         u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n", {u"-P"_s, u"--transform=s,^opt/file$,opt/../../escaped,"_s});
     QCOMPARE(restore.outcome(), u"/recovery/kestro-recovery-gui.log"_s);
@@ -314,7 +260,7 @@ void ManualRestoreTaskTest::membersStayInTheDirectory()
 
 void ManualRestoreTaskTest::laterRefusalChangesNothing()
 {
-    Restore restore({});
+    BackupToRestore restore({});
     restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
     Sandbox::writeFile(u"/media/TARGET/bad/x.kim"_s, "image");
     restore.readsRecord(record("UUID=GONE\\nVersion=1.1"));
@@ -325,7 +271,7 @@ void ManualRestoreTaskTest::laterRefusalChangesNothing()
 
 void ManualRestoreTaskTest::damagedImageChangesNothing()
 {
-    Restore restore({u"a.kim"_s, u"b.kim"_s});
+    BackupToRestore restore({u"a.kim"_s, u"b.kim"_s});
     restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
     restore.readsRecord(record("UUID=DATA\nVersion=1.1"));
     restore.machine.programs.reply(
@@ -346,7 +292,7 @@ void ManualRestoreTaskTest::damagedArchiveChangesNothing_data()
 
 void ManualRestoreTaskTest::damagedArchiveChangesNothing()
 {
-    Restore restore({});
+    BackupToRestore restore({});
     restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
     restore.addArchive(u"var.tar"_s, "UUID=DATA\nDirectory=var\n");
     QFETCH(const int, size);
@@ -359,7 +305,7 @@ void ManualRestoreTaskTest::damagedArchiveChangesNothing()
 void ManualRestoreTaskTest::membersOfTheRecordStay()
 {
     // Deliberate: what the image before has said about disk and version counts for this one, too.
-    Restore restore({u"a.kim"_s, u"b.kim"_s});
+    BackupToRestore restore({u"a.kim"_s, u"b.kim"_s});
     restore.machine.programs.reply(
         {u"kestro-clone"_s, u"--kim-info"_s, backup + u"/a.kim"_s}, "disk: DiskDrive=DISK_A\n");
     restore.machine.programs.reply({u"kestro-clone"_s, u"--kim-info"_s, backup + u"/b.kim"_s}, "UUID=DATA\n");
@@ -370,7 +316,7 @@ void ManualRestoreTaskTest::membersOfTheRecordStay()
 
 void ManualRestoreTaskTest::mountPointThatHoldsTheName()
 {
-    Restore restore({});
+    BackupToRestore restore({});
     FakeUDisks::Device device = FakeMachine::device(u"sda5"_s);
     device.mountDirectory = u"/media/opt"_s;
     restore.machine.udisks.addDevice(device);
@@ -393,7 +339,7 @@ void ManualRestoreTaskTest::nothingToRestore()
 {
     QFETCH(const QString, uuid);
     QFETCH(const QString, directory);
-    Restore restore({u"a.kim"_s});
+    BackupToRestore restore({u"a.kim"_s});
     restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
     QDir().mkpath(u"/media/TARGET/empty"_s);
     const QJsonArray tasks{taskElement(u"restore-partitions"_s, {uuid, directory}), taskElement(u"other"_s)};
@@ -404,7 +350,7 @@ void ManualRestoreTaskTest::nothingToRestore()
 
 void ManualRestoreTaskTest::liveStart()
 {
-    Restore restore({u"a.kim"_s});
+    BackupToRestore restore({u"a.kim"_s});
     restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
     TaskRun<ManualRestoreTask> run(backup);
     QVERIFY(!run.task.isStarted());
@@ -418,7 +364,7 @@ void ManualRestoreTaskTest::liveStart()
 
 void ManualRestoreTaskTest::directoryGoneAtTheEnd()
 {
-    Restore restore({u"a.kim"_s});
+    BackupToRestore restore({u"a.kim"_s});
     restore.readsRecord(record("UUID=DATA\\nVersion=1.1"));
     restore.machine.programs.reply(
         {u"kestro-clone"_s, u"--tui"_s, backup + u"/a.kim"_s}, {.snippet = "rm -r /media/TARGET/b"});

@@ -5,14 +5,12 @@
 #include "support/FakePrograms.h"
 #include "support/LogCapture.h"
 #include "utils/widget/BaseTableView.h"
-#include "utils/widget/ErrorLabel.h"
+#include "utils/widget/ShownRestorePage.h"
 #include "utils/widget/TreeViewModel.h"
-#include "utils/widget/restorepage.h"
 
 #include <QCheckBox>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -34,64 +32,6 @@ void addRestorePoint(TreeViewModel* model, const QString& directory, const QStri
     Q_EMIT
     model->itemsIsReady();
 }
-
-// A page as the window builds it, and what it asked for as text.
-struct Shown
-{
-    explicit Shown(bool haveInitBackup = true)
-    {
-        window.resize(800, 600);
-        page.resize(600, 560);
-        page.setHaveInitBackup(haveInitBackup);
-        page.initUI();
-        QObject::connect(&page, &RestorePage::requestTreeViewListItem, &page, [this](TreeViewModel* asked) {
-            ++listRequests;
-            model = asked;
-        });
-        const auto note = [this](const QString& text) { requests.append(text); };
-        QObject::connect(&page, &RestorePage::requestSystemRestore, &page, [this, note](bool formatData) {
-            waitingDuringRequest = !restoreButton()->isVisible();
-            note(formatData ? u"format"_s : u"keep"_s);
-        });
-        QObject::connect(&page, &RestorePage::requestManualRestore, &page, note);
-        QObject::connect(&page, &RestorePage::requestManualRestoreNew, &page,
-            [note](const QString& directory, const QString& uuid) { note(directory + u' ' + uuid); });
-        window.show();
-    }
-
-    [[nodiscard]] QPushButton* button(const QString& text) const
-    {
-        const auto buttons = page.findChildren<QPushButton*>();
-        const auto found = std::find_if(
-            buttons.cbegin(), buttons.cend(), [&text](const QPushButton* button) { return button->text() == text; });
-        return found == buttons.cend() ? nullptr : *found;
-    }
-    [[nodiscard]] QPushButton* restoreButton() const { return button(u"Restore Now"_s); }
-    [[nodiscard]] QPushButton* waitingButton() const { return button(u"Applying changes to your system..."_s); }
-    [[nodiscard]] QRadioButton* row(const QString& title) const
-    {
-        const auto rows = page.findChildren<QRadioButton*>();
-        const auto found = std::find_if(rows.cbegin(), rows.cend(),
-            [&title](const QRadioButton* radio) { return radio->accessibleName() == title; });
-        return found == rows.cend() ? nullptr : *found;
-    }
-    void choose(int option) const
-    {
-        const QString titles[] = {
-            u"Reset to factory settings"_s, u"Restore from backup files"_s, u"Restore from a restore point"_s};
-        row(titles[option])->click();
-    }
-    [[nodiscard]] QCheckBox* keepFiles() const { return page.findChild<QCheckBox*>(); }
-    [[nodiscard]] ErrorLabel* error() const { return page.findChild<ErrorLabel*>(); }
-    [[nodiscard]] QString errorText() const { return error()->isVisible() ? error()->text() : QString(); }
-
-    QWidget window;
-    RestorePage page{&window};
-    TreeViewModel* model = nullptr;
-    QStringList requests;
-    int listRequests = 0;
-    bool waitingDuringRequest = false;
-};
 
 } // namespace
 
@@ -141,7 +81,7 @@ void RestorePageTest::systemRestore()
     QFETCH(int, answer);
     QFETCH(QString, title);
     QFETCH(QStringList, requests);
-    Shown shown;
+    ShownRestorePage shown;
     shown.page.setOwnerFlag(owner);
     QVERIFY(shown.keepFiles()->isChecked());
     shown.keepFiles()->setChecked(keep);
@@ -177,7 +117,7 @@ void RestorePageTest::backupFiles()
     QFETCH(QString, path);
     QFETCH(QStringList, requests);
     QFETCH(QString, error);
-    Shown shown;
+    ShownRestorePage shown;
     shown.choose(1);
     shown.page.findChild<VFileChooserEdit*>()->setText(path);
     shown.page.onManualRestoreErrorChanged(Utils::InvalidPath);
@@ -214,7 +154,7 @@ void RestorePageTest::restorePoint()
     QFETCH(QStringList, requests);
     QFETCH(QString, error);
     QFETCH(QStringList, warnings);
-    Shown shown;
+    ShownRestorePage shown;
     shown.page.setOwnerFlag(owner);
     QVERIFY(!shown.row(u"Restore from a restore point"_s)->isEnabled());
     addRestorePoint(shown.model, directory, uuid);
@@ -250,7 +190,7 @@ void RestorePageTest::errors()
     QFETCH(int, option);
     QFETCH(int, code);
     QFETCH(QString, text);
-    Shown shown;
+    ShownRestorePage shown;
     shown.choose(option);
     shown.page.onManualRestoreErrorChanged(Utils::InvalidPath);
     shown.page.onManualRestoreErrorChanged(static_cast<Utils::ErrorType>(code));
@@ -277,7 +217,7 @@ void RestorePageTest::rowsOffered()
     QFETCH(bool, systemRow);
     QFETCH(bool, otherRows);
     QFETCH(bool, button);
-    Shown shown(haveInitBackup);
+    ShownRestorePage shown(haveInitBackup);
     if (restricted) {
         shown.page.restrictOffer();
         shown.page.setHaveInitBackup(haveInitBackup);
@@ -302,7 +242,7 @@ void RestorePageTest::rowsOffered()
 
 void RestorePageTest::encryptedSystemStaysUnusable()
 {
-    Shown shown;
+    ShownRestorePage shown;
     shown.page.onManualRestoreErrorChanged(Utils::EncryptedSystem);
     shown.page.onManualRestoreErrorChanged(Utils::NoError);
     shown.page.setHaveInitBackup(true);
@@ -313,7 +253,7 @@ void RestorePageTest::encryptedSystemStaysUnusable()
 
 void RestorePageTest::rebuiltRowIsCheckedAgain()
 {
-    Shown shown;
+    ShownRestorePage shown;
     shown.keepFiles()->setChecked(false);
     shown.choose(1);
     shown.page.restrictOffer();
@@ -327,7 +267,7 @@ void RestorePageTest::rebuiltRowIsCheckedAgain()
 
 void RestorePageTest::ownerShowsAndHides()
 {
-    Shown shown;
+    ShownRestorePage shown;
     shown.page.onRestoreButtonVisibleChanged(false);
     QVERIFY(!shown.restoreButton()->isVisible());
     shown.page.onRestoreButtonVisibleChanged(true);
@@ -341,7 +281,7 @@ void RestorePageTest::ownerShowsAndHides()
 
 void RestorePageTest::listIsRequestedOnce()
 {
-    Shown shown;
+    ShownRestorePage shown;
     shown.page.hide();
     shown.page.show();
     QCOMPARE(shown.listRequests, 1);
@@ -350,7 +290,7 @@ void RestorePageTest::listIsRequestedOnce()
 
 void RestorePageTest::keyboardReachesEverything()
 {
-    Shown shown;
+    ShownRestorePage shown;
     addRestorePoint(shown.model, u"/b"_s, u"11-22"_s);
     shown.window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&shown.window));
@@ -375,7 +315,7 @@ void RestorePageTest::keyboardReachesEverything()
 
 void RestorePageTest::smallPageShowsItsButton()
 {
-    Shown shown(false);
+    ShownRestorePage shown(false);
     shown.page.resize(400, 300);
     QCoreApplication::processEvents();
     const QRect button(shown.restoreButton()->mapTo(&shown.page, QPoint()), shown.restoreButton()->size());
@@ -402,7 +342,7 @@ void RestorePageTest::cancelling()
     FakePrograms programs;
     programs.reply({u"systemctl"_s, u"reboot"_s});
     programs.reply({u"pkexec"_s}, FakePrograms::Reply{.err = "no", .exitCode = 7});
-    Shown shown;
+    ShownRestorePage shown;
     DialogAnswer dialog(answer);
     const LogCapture lines;
     shown.page.onCancelRestore();
