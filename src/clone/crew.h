@@ -12,7 +12,8 @@ namespace kestro::clone {
 using ChunkTask = std::function<void(std::uint64_t chunk)>;
 
 /// How many threads share the chunks of an image: so many that some compute on every core while others wait for a
-/// device, and no more than the memory allows for their buffers, the index and so many other bytes. Never less than two.
+/// device, and no more than the memory allows for their buffers, the index and so many other bytes. Never less than
+/// two.
 [[nodiscard]] unsigned crewSize(const ImageIndex& index, std::uint64_t otherBytes = 0);
 
 /// Runs a task for the chunks first to last - 1, roughly in order, on several threads. makeTask runs once in each
