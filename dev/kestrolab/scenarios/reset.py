@@ -86,7 +86,7 @@ def keep_files(lab: Lab):
 
 
 def live(lab: Lab):
-    """No pending task: a reset that keeps personal files is chosen in the window, and its last button restarts."""
+    """No pending task: a reset that keeps personal files is chosen with the mouse and confirmed with the keyboard."""
     before = used_machine(lab)
     outcome = lab.use_machine(lambda program: drive_reset(lab, program))
     check_reset(lab, before, outcome, kept_with_personal_files)
@@ -99,9 +99,9 @@ def drive_reset(lab: Lab, program: ProgramRun) -> bool:
     pointer.click(*pointer.RESTORE_NOW)
     pointer.settle()
     program.picture("confirmation")
-    pointer.click(*pointer.CONFIRM)
+    pointer.press("Return")
     program.wait_for("in setJobs", seconds=30)
     succeeded = program.watch_task()
-    pointer.click(*pointer.REBOOT_NOW)
+    pointer.press("Return")
     wait_until(lambda: RESTART in lab.calls(), 10, "the last button is pressed")
     return succeeded

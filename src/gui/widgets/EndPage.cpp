@@ -48,6 +48,7 @@ EndPage::EndPage(int state, QWidget* parent)
     m_message->setContentsMargins(60, 0, 60, 0);
     m_button->setFixedSize(220, 40);
     m_button->setAutoDefault(true);
+    m_button->setProperty("accent", true);
     connect(m_button, &QPushButton::clicked, this, &EndPage::onButtonClicked);
     arrange();
 }

@@ -270,6 +270,12 @@ void MainWindow::confirmExit()
     }
 }
 
+void MainWindow::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    activateWindow(); // without a window manager the keyboard would belong to whatever lies below the pointer
+}
+
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore();

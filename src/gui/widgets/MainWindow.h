@@ -45,6 +45,7 @@ public Q_SLOTS:
     void onDetectScreen();
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:

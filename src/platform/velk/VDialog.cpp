@@ -130,7 +130,11 @@ void VDialog::moveToCenter()
 int VDialog::exec()
 {
     moveToCenter();
-    return QDialog::exec();
+    const int result = QDialog::exec();
+    if (parentWidget() != nullptr) {
+        parentWidget()->window()->activateWindow(); // without a window manager nobody gives the keyboard back
+    }
+    return result;
 }
 
 // Closing is no choice: not the first button's, whose index QDialog's own result for it would be.
