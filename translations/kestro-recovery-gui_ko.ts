@@ -83,6 +83,13 @@
     </message>
 </context>
 <context>
+    <name>BaseTableView</name>
+    <message>
+        <source>No backups found</source>
+        <translation>백업을 찾을 수 없습니다</translation>
+    </message>
+</context>
+<context>
     <name>DirectoryChooser</name>
     <message>
         <source>Select a directory</source>

@@ -83,6 +83,13 @@
     </message>
 </context>
 <context>
+    <name>BaseTableView</name>
+    <message>
+        <source>No backups found</source>
+        <translation>Резервные копии не найдены</translation>
+    </message>
+</context>
+<context>
     <name>DirectoryChooser</name>
     <message>
         <source>Select a directory</source>

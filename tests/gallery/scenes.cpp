@@ -34,13 +34,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void fill(TreeViewModel* model, bool longNames)
+enum class Backups { None, Some, LongNames };
+
+void fill(TreeViewModel* model, Backups backups)
 {
     model->removeRows(0, model->rowCount());
-    const QString folder = longNames
+    const QString folder = backups == Backups::LongNames
         ? u"/media/kestro/Backups of the whole family/laptop in the living room/before the great renewal/backup-%1"_s
         : u"/media/kestro/backup-%1"_s;
-    for (int i = 1; i <= 4; ++i) {
+    for (int i = 1; backups != Backups::None && i <= 4; ++i) {
         auto* directory = new QStandardItem(folder.arg(i));
         directory->setData(directory->text(), TreeViewModel::DirectoryRole);
         directory->setData(u"0ce5-%1"_s.arg(i), TreeViewModel::BackupUuidRole);
@@ -75,19 +77,19 @@ void check(QWidget* page, int row)
     rows.at(row)->click();
 }
 
-QWidget* restorePage(const std::function<void(RestorePage*)>& change, bool longNames = false)
+QWidget* restorePage(const std::function<void(RestorePage*)>& change, Backups backups = Backups::Some)
 {
     auto* page = new RestorePage;
     page->setHaveInitBackup(true);
     page->setPageMargins({100, 0, 100, 4});
     page->initUI();
-    QObject::connect(page, &RestorePage::requestTreeViewListItem, page,
-        [longNames](TreeViewModel* model) { fill(model, longNames); });
+    QObject::connect(
+        page, &RestorePage::requestTreeViewListItem, page, [backups](TreeViewModel* model) { fill(model, backups); });
     change(page);
     return inWindow(page);
 }
 
-QWidget* restorePoint(bool longNames)
+QWidget* restorePoint(Backups backups)
 {
     return restorePage(
         [](RestorePage* page) {
@@ -98,7 +100,7 @@ QWidget* restorePoint(bool longNames)
                     table->setCurrentIndex(table->model()->index(1, 0));
                 });
         },
-        longNames);
+        backups);
 }
 
 Scene restoreError(const QString& name, Utils::ErrorType error, int row)
@@ -116,8 +118,9 @@ QList<Scene> restoreScenes()
     return {
         {u"restore-system"_s, [] { return restorePage([](RestorePage*) {}); }},
         {u"restore-files"_s, [] { return restorePage([](RestorePage* page) { check(page, 1); }); }},
-        {u"restore-point"_s, [] { return restorePoint(false); }},
-        {u"restore-point-long-names"_s, [] { return restorePoint(true); }},
+        {u"restore-point"_s, [] { return restorePoint(Backups::Some); }},
+        {u"restore-point-long-names"_s, [] { return restorePoint(Backups::LongNames); }},
+        {u"restore-point-none"_s, [] { return restorePoint(Backups::None); }},
         {u"restore-no-initial-backup"_s,
             [] { return restorePage([](RestorePage* page) { page->setHaveInitBackup(false); }); }},
         {u"restore-restricted"_s, [] { return restorePage([](RestorePage* page) { page->restrictOffer(); }); }},
@@ -147,7 +150,7 @@ QWidget* backupPage(const std::function<void(BackupPage*)>& change)
 {
     auto* page = new BackupPage;
     QObject::connect(
-        page, &BackupPage::requestTreeViewListItem, page, [](TreeViewModel* model) { fill(model, false); });
+        page, &BackupPage::requestTreeViewListItem, page, [](TreeViewModel* model) { fill(model, Backups::Some); });
     change(page);
     auto* frame = new QWidget;
     auto* layout = new QVBoxLayout(frame);

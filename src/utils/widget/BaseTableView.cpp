@@ -61,6 +61,8 @@ void BaseTableView::setModel(QAbstractItemModel* model)
 void BaseTableView::sortAgain()
 {
     sortByColumn(header()->sortIndicatorSection(), header()->sortIndicatorOrder());
+    setAccessibleDescription(model()->rowCount() == 0 ? tr("No backups found") : QString());
+    viewport()->update();
 }
 
 QSize BaseTableView::sizeHint() const
@@ -81,6 +83,18 @@ void BaseTableView::paintEvent(QPaintEvent* event)
     painter.fillPath(shape, VPaletteHelper::instance()->palette(this).brush(QPalette::WindowText));
     painter.end();
     QTreeView::paintEvent(event);
+    paintEmptiness();
+}
+
+/// Says that there is nothing to choose from, once the list has come.
+void BaseTableView::paintEmptiness()
+{
+    if (accessibleDescription().isEmpty()) {
+        return;
+    }
+    QPainter painter(viewport());
+    painter.setPen(VPaletteHelper::instance()->palette(this).color(VPalette::TipText));
+    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, accessibleDescription());
 }
 
 void BaseTableView::drawRow(QPainter* painter, const QStyleOptionViewItem& options, const QModelIndex& index) const

@@ -3,7 +3,8 @@
 
 #include <QTreeView>
 
-/// A flat table of backups with a rounded, filled frame; sorted by its time column, newest first, to begin with.
+/// A flat table of backups with a rounded, filled frame; sorted by its time column, newest first, to begin with. A
+/// list that has come and is empty says so.
 class BaseTableView : public QTreeView
 {
     Q_OBJECT
@@ -22,4 +23,5 @@ protected:
 
 private:
     void sortAgain();
+    void paintEmptiness();
 };

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void header_data();
     void header();
     void newestFirst();
+    void emptyListSaysSo();
     void toolTip_data();
     void toolTip();
     void onlyAMarkedItemPaints();
@@ -65,6 +66,21 @@ void BackupTableTest::newestFirst()
         days.append(model.item(row, TreeViewModel::TimeColumn)->text());
     }
     QCOMPARE(days, (QStringList{u"2026/11/21"_s, u"2026/01/09"_s, u"2025/12/31"_s}));
+}
+
+void BackupTableTest::emptyListSaysSo()
+{
+    TreeViewModel model;
+    BaseTableView table;
+    table.setModel(&model);
+    QCOMPARE(table.accessibleDescription(), QString()); // it has not come yet
+    Q_EMIT
+    model.itemsIsReady();
+    QCOMPARE(table.accessibleDescription(), u"No backups found"_s);
+    model.appendRow({new QStandardItem(u"/b"_s), new QStandardItem(u"2026/01/01"_s)});
+    Q_EMIT
+    model.itemsIsReady();
+    QCOMPARE(table.accessibleDescription(), QString());
 }
 
 void BackupTableTest::toolTip_data()
