@@ -76,24 +76,27 @@ def need(condition, what):
         sys.exit(f"read-image.py: {what}")
 
 
-def sealed(block, magic, what):
-    need(block[:8] == magic and struct.unpack_from("<Q", block, 4088)[0] == xxh3(block[:4088]), f"damaged {what}")
+def sealed(block, magic, size, what):
+    """A block whose first bytes end in a hash of their own; the others are zeros."""
+    stored = struct.unpack_from("<Q", block, size - 8)[0]
+    need(block[:8] == magic and stored == xxh3(block[:size - 8]) and not any(block[size:]), f"damaged {what}")
     return block
 
 
 class Image:
     def __init__(self, path):
         self.file = open(path, "rb")
-        header = sealed(self.read(0, BLOCK), b"KESTROIM", "header")
-        need(struct.unpack_from("<I", header, 8)[0] == 1, "another version of the format")
+        header = sealed(self.read(0, BLOCK), b"KESTROIM", BLOCK, "header")
+        need(struct.unpack_from("<I", header, 8)[0] == 2, "another version of the format")
         self.id = header[16:32]
-        roots = [sealed(self.read(at, BLOCK), b"KIMROOT\0", "root record") for at in struct.unpack_from("<QQ", header, 32)]
+        roots = [sealed(self.read(at, BLOCK), b"KIMROOT\0", 512, "root record")
+                 for at in struct.unpack_from("<QQ", header, 32)]
         need(all(root[8:24] == self.id for root in roots), "the root record of another image")
         root = max(roots, key=lambda record: struct.unpack_from("<Q", record, 24)[0])
         self.complete, size = struct.unpack_from("<QQ", root, 32)
         need(os.fstat(self.file.fileno()).st_size >= size, "the file is cut off")
-        self.index, self.description, self.custom = (self.section(*struct.unpack_from("<QQQ", root, at))
-                                                     for at in (48, 72, 96))
+        self.index, self.table, self.description, self.custom = (
+            self.section(*struct.unpack_from("<QQQ", root, at)) for at in (48, 72, 96, 120))
 
     def read(self, position, size):
         self.file.seek(position)
@@ -124,10 +127,9 @@ class Image:
 
     def chunks(self):
         """The contents of the chunks, one after the other."""
-        _, chunk_size, _, extents, chunks, left = self.numbers()
+        _, chunk_size, _, _, chunks, left = self.numbers()
         for n in range(chunks):
-            position, stored, codec, content_hash, stored_hash = struct.unpack_from(
-                "<QIIQQ", self.index, 64 + 16 * extents + 32 * n)
+            position, stored, codec, content_hash, stored_hash = struct.unpack_from("<QIIQQ", self.table, 32 * n)
             size = min(chunk_size, left)
             left -= size
             data = bytes(size)

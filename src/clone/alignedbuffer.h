@@ -11,10 +11,10 @@ namespace kestro::clone {
 /// The alignment of everything in an image, and of every buffer and position of direct input and output, in bytes.
 inline constexpr std::uint64_t blockSize = 4096;
 
-/// The next multiple of blockSize.
-[[nodiscard]] constexpr std::uint64_t roundedUp(std::uint64_t bytes)
+/// The next multiple of a step.
+[[nodiscard]] constexpr std::uint64_t roundedUp(std::uint64_t bytes, std::uint64_t step = blockSize)
 {
-    return (bytes + blockSize - 1) / blockSize * blockSize;
+    return (bytes + step - 1) / step * step;
 }
 
 /// Memory for direct input and output: aligned to blockSize, its size rounded up to blockSize, zeroed.

@@ -27,19 +27,23 @@ namespace kestro::clone {
 
 namespace {
 
-/// The record of each chunk is kept in memory until the end, here and in every later run that reads the image; so are
-/// the chunks that the threads work on. Larger ones than these are only for what would not fit into an image otherwise.
-constexpr std::uint32_t usualChunk = 2U << 20U;
-constexpr std::uint32_t comfortableChunk = 4U << 20U;
-constexpr std::uint64_t comfortableCount = 1ULL << 18U;
+/// The chunks that the threads work on are kept in memory, so they are small as long as the table of the chunks stays
+/// small enough to be read in no time.
+struct ChunkSizeRow
+{
+    std::uint32_t size;
+    std::uint64_t mostChunks;
+};
+constexpr std::array chunkSizes{
+    ChunkSizeRow{2U << 20U, 1ULL << 18U},
+    ChunkSizeRow{4U << 20U, 1ULL << 21U},
+};
 
 std::uint32_t chunkSizeFor(std::uint64_t usedBytes)
 {
-    std::uint32_t size = usedBytes <= comfortableCount * usualChunk ? usualChunk : comfortableChunk;
-    while (size < largestChunk && usedBytes > std::uint64_t{mostChunks} * size) {
-        size *= 2;
-    }
-    return size;
+    const auto row = std::find_if(chunkSizes.begin(), chunkSizes.end(),
+        [usedBytes](const ChunkSizeRow& candidate) { return usedBytes <= candidate.mostChunks * candidate.size; });
+    return row == chunkSizes.end() ? largestChunk : row->size;
 }
 
 std::string utcNow()
@@ -93,11 +97,10 @@ struct Reading
     Progress& progress;
 };
 
-void writeChunks(const Source& source, ImageIndex& index, Destination& destination, Reading& reading)
+void writeChunks(const Source& source, const ImageIndex& index, const ChunkLayout& layout, Destination& destination,
+    Reading& reading)
 {
     const std::uint32_t chunkSize = index.chunkSize;
-    const ChunkLayout layout(index.extents, chunkSize);
-    index.chunks.resize(layout.chunkCount());
     runCrew(0, layout.chunkCount(), crewSize(index, chunkSize), [&]() -> ChunkTask {
         auto content = std::make_shared<AlignedBuffer>(chunkSize);
         auto encoder = std::make_shared<ChunkEncoder>(chunkSize);
@@ -106,9 +109,8 @@ void writeChunks(const Source& source, ImageIndex& index, Destination& destinati
             const std::uint32_t size = layout.contentSize(chunk);
             reader->read(layout.pieces(chunk), content->bytes().first(size));
             EncodedChunk encoded = encoder->encode(*content, size);
-            destination.writer.append(encoded);
+            destination.writer.append(chunk, encoded);
             destination.readBack.add(encoded.record);
-            index.chunks[chunk] = encoded.record;
             reading.progress.add(size);
         };
     });
@@ -133,17 +135,14 @@ Metadata describe(const Source& source, const SourceMap& map, bool frozen)
     throw Failure(ExitCode::Mismatch, path + " does not hold what was written to it");
 }
 
-/// Reads back what was written, past the cache, before it may count as complete.
-void checkWritten(const File& image, Destination& destination, const ImageIndex& index)
+/// Reads back what was written after the chunks, past the cache, before it may count as complete.
+void checkSections(const File& image, const RootRecord& root)
 {
-    destination.readBack.finish();
     image.dropCache();
-    const RootRecord& root = destination.writer.head().root;
-    (void)readSection(image, root.metadata);
-    (void)readSection(image, root.custom);
-    const ImageIndex readBack = readIndex(image, destination.writer.head());
-    if (readBack.chunks.size() != index.chunks.size() || readBack.extents != index.extents) {
-        throwMismatch(image.path());
+    for (const Section& section : {root.index, root.metadata, root.custom}) {
+        if (section.size > 0 && !SectionReader(image, section).finish()) {
+            throwMismatch(image.path());
+        }
     }
 }
 
@@ -169,23 +168,25 @@ std::string holesSentence(const ExtentList& holes, const std::string& image)
 
 ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readErrors, Progress& progress)
 {
-    Reading reading{readErrors, {}, progress};
     FrozenMounts frozen(mountsOf(source.device));
+    Reading reading{readErrors, {}, progress};
     SourceMap map = mapSource(source.device, frozen.devices());
     const File claim = claimed(source.device, frozen);
     Metadata metadata = describe(source, map, frozen.any());
     const std::uint32_t chunkSize = chunkSizeFor(totalLength(map.extents));
-    ImageIndex index{source.device.size, chunkSize, source.device.sectorSize, std::move(map.extents), {}};
+    const ImageIndex index{source.device.size, chunkSize, source.device.sectorSize, std::move(map.extents)};
     refuseTooLarge(index, metadata);
-    Destination destination{{image.file(), image.head()}, {image.file(), chunkSize}};
+    const ChunkLayout layout(index.extents, chunkSize);
+    Destination destination{{image.file(), image.head(), layout.chunkCount()}, {image.file(), chunkSize}};
     try {
         progress.nextPhase(totalLength(index.extents));
-        writeChunks(source, index, destination, reading);
+        writeChunks(source, index, layout, destination, reading);
         frozen.thaw();
         progress.nextPhase(1);
         metadata.holes = reading.holes.inDeviceOrder(source.device.size);
+        destination.readBack.finish();
         destination.writer.writeIndex(index, metadata);
-        checkWritten(image.file(), destination, index);
+        checkSections(image.file(), destination.writer.head().root);
         // A small image is done before the next line of progress would have noticed.
         progress.stopWithoutReader();
         throwIfInterrupted();

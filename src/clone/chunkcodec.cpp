@@ -2,7 +2,6 @@
 #include "clone/chunkcodec.h"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 
 #include <zstd.h>
@@ -21,12 +20,6 @@ std::span<const std::byte> padded(AlignedBuffer& buffer, std::uint32_t size)
 }
 
 } // namespace
-
-bool isZero(std::span<const std::byte> bytes)
-{
-    return bytes.empty()
-        || (bytes.front() == std::byte{0} && std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0);
-}
 
 void ChunkEncoder::Free::operator()(ZSTD_CCtx_s* context) const
 {

@@ -12,9 +12,6 @@ struct ZSTD_DCtx_s;
 
 namespace kestro::clone {
 
-/// True when every byte is 0.
-[[nodiscard]] bool isZero(std::span<const std::byte> bytes);
-
 /// A chunk ready to be written: a record without its position, and the stored bytes with their padding. The bytes stay
 /// valid until the encoder is used again or the content changes.
 struct EncodedChunk

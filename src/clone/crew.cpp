@@ -16,8 +16,8 @@ namespace {
 
 /// The memory of a run at any size that the program aims at, without the program itself.
 constexpr std::uint64_t budget = 52ULL << 20U;
-/// A chunk's record, and its place in the layout.
-constexpr std::uint64_t bytesOfChunk = sizeof(ChunkRecord) + 16;
+/// An extent, and its place in the content.
+constexpr std::uint64_t bytesOfExtent = sizeof(Extent) + sizeof(std::uint64_t);
 /// What one thread needs besides two buffers, most of it for the compressor.
 constexpr std::uint64_t bytesOfThread = 3ULL << 20U;
 
@@ -52,7 +52,7 @@ void work(Shared& shared, const std::function<ChunkTask()>& makeTask)
 
 unsigned crewSize(const ImageIndex& index, std::uint64_t otherBytes)
 {
-    const std::uint64_t taken = index.chunks.size() * bytesOfChunk + index.extents.size() * sizeof(Extent) + otherBytes;
+    const std::uint64_t taken = index.extents.size() * bytesOfExtent + otherBytes;
     const std::uint64_t left = budget - std::min(budget, taken);
     const auto fitting = static_cast<unsigned>(left / (2ULL * index.chunkSize + bytesOfThread));
     return std::clamp(fitting, 2U, 32U);

@@ -57,7 +57,7 @@ void replaceCustomFiles(const std::string& path, const std::string& name, std::v
     const File file = openLockedImage(path, O_RDWR);
     ImageHead head = readHead(file);
     if (head.root.complete) {
-        (void)readIndex(file, head);
+        (void)readChunkTable(file, head, readIndex(file, head));
     }
     CustomFiles files = readCustomFiles(file, head);
     files.insert_or_assign(name, std::move(content));

@@ -103,13 +103,10 @@ ChunkLayout::ChunkLayout(const ExtentList& extents, std::uint32_t chunkSize)
     : m_extents(extents)
     , m_chunkSize(chunkSize)
 {
-    m_starts.reserve(totalLength(extents) / chunkSize + 1);
-    for (std::size_t i = 0; i < extents.size(); ++i) {
-        const std::uint64_t before = m_total;
-        m_total += extents[i].length;
-        for (std::uint64_t start = m_starts.size() * chunkSize; start < m_total; start += chunkSize) {
-            m_starts.push_back({i, start - before});
-        }
+    m_begins.reserve(extents.size());
+    for (const Extent& extent : extents) {
+        m_begins.push_back(m_total);
+        m_total += extent.length;
     }
 }
 
@@ -120,15 +117,15 @@ std::uint32_t ChunkLayout::contentSize(std::uint64_t chunk) const
 
 ExtentList ChunkLayout::pieces(std::uint64_t chunk) const
 {
-    const Start start = m_starts.at(chunk);
     ExtentList result;
+    const std::uint64_t begin = chunk * m_chunkSize;
     std::uint64_t left = contentSize(chunk);
-    std::uint64_t skip = start.skip;
-    for (std::size_t i = start.extent; left > 0; ++i) {
+    const auto next = std::upper_bound(m_begins.begin(), m_begins.end(), begin);
+    auto i = static_cast<std::size_t>(next - m_begins.begin() - 1);
+    for (std::uint64_t skip = begin - m_begins[i]; left > 0; ++i, skip = 0) {
         const std::uint64_t length = std::min(left, m_extents[i].length - skip);
         result.push_back({m_extents[i].offset + skip, length});
         left -= length;
-        skip = 0;
     }
     return result;
 }

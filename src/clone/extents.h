@@ -61,22 +61,18 @@ class ChunkLayout
 public:
     ChunkLayout(const ExtentList& extents, std::uint32_t chunkSize);
 
-    [[nodiscard]] std::uint64_t chunkCount() const { return m_starts.size(); }
+    [[nodiscard]] std::uint64_t chunkCount() const { return (m_total + m_chunkSize - 1) / m_chunkSize; }
     /// Bytes of content of a chunk.
     [[nodiscard]] std::uint32_t contentSize(std::uint64_t chunk) const;
     /// The ranges of a chunk in order; their lengths add up to contentSize.
     [[nodiscard]] ExtentList pieces(std::uint64_t chunk) const;
 
 private:
-    struct Start
-    {
-        std::size_t extent = 0;
-        std::uint64_t skip = 0;
-    };
     const ExtentList& m_extents;
     std::uint32_t m_chunkSize;
     std::uint64_t m_total = 0;
-    std::vector<Start> m_starts;
+    /// Where each range begins in the content.
+    std::vector<std::uint64_t> m_begins;
 };
 
 } // namespace kestro::clone

@@ -18,8 +18,7 @@ namespace {
 
 constexpr std::string_view imageMagic{"KESTROIM", 8};
 constexpr std::string_view rootMagic{"KIMROOT\0", 8};
-constexpr std::uint32_t formatVersion = 1;
-constexpr std::size_t checksumPosition = headerSize - 8;
+constexpr std::uint32_t formatVersion = 2;
 constexpr std::string_view readme =
     "This is an image of a disk or a partition, written by kestro-clone. The file docs/image-format.md of Kestro "
     "Recovery describes every byte; docs/read-image.py reads it with nothing but Python and zstd.\n";
@@ -48,15 +47,17 @@ bool hasText(std::span<const std::byte> block, std::string_view text)
     return block.size() >= text.size() && std::memcmp(block.data(), text.data(), text.size()) == 0;
 }
 
-void seal(Block& block)
+/// The hash of all other bytes stands at the end.
+void seal(std::span<std::byte> record)
 {
-    put(block, checksumPosition, hashOf(std::span(block).first(checksumPosition)));
+    const std::size_t place = record.size() - sizeof(std::uint64_t);
+    put(record, place, hashOf(record.first(place)));
 }
 
-bool isSealed(std::span<const std::byte> block)
+bool isSealed(std::span<const std::byte> record)
 {
-    return block.size() >= headerSize
-        && get<std::uint64_t>(block, checksumPosition) == hashOf(block.first(checksumPosition));
+    const std::size_t place = record.size() - sizeof(std::uint64_t);
+    return get<std::uint64_t>(record, place) == hashOf(record.first(place));
 }
 
 void putSection(Block& block, std::size_t position, const Section& section)
@@ -84,6 +85,7 @@ bool isPlausible(const Section& section, std::uint64_t fileSize, std::uint64_t l
 bool isPlausible(const RootRecord& root)
 {
     const bool sections = isPlausible(root.index, root.fileSize, largestIndex)
+        && isPlausible(root.chunks, root.fileSize, largestChunkTable)
         && isPlausible(root.metadata, root.fileSize, largestMetadata)
         && isPlausible(root.custom, root.fileSize, largestCustomSection);
     const bool needed = !root.complete || (root.index.size > 0 && root.metadata.size > 0);
@@ -91,6 +93,12 @@ bool isPlausible(const RootRecord& root)
 }
 
 } // namespace
+
+bool isZero(std::span<const std::byte> bytes)
+{
+    return bytes.empty()
+        || (bytes.front() == std::byte{0} && std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0);
+}
 
 std::uint64_t hashOf(std::span<const std::byte> bytes)
 {
@@ -118,7 +126,8 @@ bool hasImageMagic(std::span<const std::byte> bytes)
 
 std::optional<ImageId> decodeHeader(std::span<const std::byte> bytes)
 {
-    if (!hasImageMagic(bytes) || !isSealed(bytes) || get<std::uint32_t>(bytes, 8) != formatVersion) {
+    if (bytes.size() < headerSize || !hasImageMagic(bytes) || !isSealed(bytes.first(headerSize))
+        || get<std::uint32_t>(bytes, 8) != formatVersion) {
         return std::nullopt;
     }
     const auto id = get<ImageId>(bytes, 16);
@@ -136,20 +145,22 @@ Block encodeRoot(const RootRecord& root, const ImageId& id)
     put(block, 32, static_cast<std::uint64_t>(root.complete ? 1 : 0));
     put(block, 40, root.fileSize);
     putSection(block, 48, root.index);
-    putSection(block, 72, root.metadata);
-    putSection(block, 96, root.custom);
-    seal(block);
+    putSection(block, 72, root.chunks);
+    putSection(block, 96, root.metadata);
+    putSection(block, 120, root.custom);
+    seal(std::span(block).first(rootRecordSize));
     return block;
 }
 
 std::optional<RootRecord> decodeRoot(std::span<const std::byte> bytes, const ImageId& id)
 {
-    if (!hasText(bytes, rootMagic) || !isSealed(bytes) || get<ImageId>(bytes, 8) != id) {
+    if (bytes.size() < rootSize || !hasText(bytes, rootMagic) || !isSealed(bytes.first(rootRecordSize))
+        || get<ImageId>(bytes, 8) != id || !isZero(bytes.subspan(rootRecordSize, rootSize - rootRecordSize))) {
         return std::nullopt;
     }
     const auto flags = get<std::uint64_t>(bytes, 32);
     const RootRecord root{get<std::uint64_t>(bytes, 24), flags == 1, get<std::uint64_t>(bytes, 40),
-        getSection(bytes, 48), getSection(bytes, 72), getSection(bytes, 96)};
+        getSection(bytes, 48), getSection(bytes, 72), getSection(bytes, 96), getSection(bytes, 120)};
     return flags <= 1 && isPlausible(root) ? std::optional(root) : std::nullopt;
 }
 

@@ -14,21 +14,28 @@ using ImageId = std::array<std::byte, 16>;
 
 inline constexpr std::uint64_t headerSize = 4096;
 inline constexpr std::uint64_t rootSize = 4096;
+/// The part of a root's block that holds the record and its hash; the rest is zeros. A sector of the smallest size:
+/// what a power cut leaves of it is the old one or the new one.
+inline constexpr std::uint64_t rootRecordSize = 512;
 /// Where the header and the two root records stand, and where the rest of the file begins.
 inline constexpr std::uint64_t rootPosition = headerSize;
 inline constexpr std::uint64_t bodyPosition = headerSize + 2 * rootSize;
 
 /// Limits that every image keeps; a reader believes no number beyond them.
 inline constexpr std::uint32_t smallestChunk = 64U << 10U;
-inline constexpr std::uint32_t largestChunk = 16U << 20U;
-inline constexpr std::uint64_t mostExtents = 1ULL << 20U;
-inline constexpr std::uint64_t mostChunks = 1ULL << 20U;
-inline constexpr std::uint64_t largestIndex = (48ULL << 20U) + 4096;
+inline constexpr std::uint32_t largestChunk = 8U << 20U;
+inline constexpr std::uint64_t mostExtents = 1ULL << 18U;
+inline constexpr std::uint64_t mostChunks = 1ULL << 23U;
+inline constexpr std::uint64_t largestIndex = (4ULL << 20U) + 4096;
+inline constexpr std::uint64_t largestChunkTable = 256ULL << 20U;
 inline constexpr std::uint64_t largestMetadata = 1ULL << 20U;
 inline constexpr std::uint64_t largestCustomSection = 16ULL << 20U;
 
 /// XXH3 with 64 bits and seed 0, the hash of the whole format.
 [[nodiscard]] std::uint64_t hashOf(std::span<const std::byte> bytes);
+
+/// True when every byte is 0.
+[[nodiscard]] bool isZero(std::span<const std::byte> bytes);
 
 /// A part of the file: position and size are multiples of blockSize; a size of 0 means that there is none.
 struct Section
@@ -46,6 +53,7 @@ struct RootRecord
     /// The file is at least this long; bytes behind it belong to an unfinished change and are ignored.
     std::uint64_t fileSize = bodyPosition;
     Section index;
+    Section chunks;
     Section metadata;
     Section custom;
 };
@@ -66,7 +74,7 @@ using Block = std::array<std::byte, headerSize>;
 /// How the bytes of a chunk are kept.
 enum class Codec : std::uint32_t { Zero = 0, Stored = 1, Zstd = 2 };
 
-/// One entry of the index.
+/// One entry of the chunk table.
 struct ChunkRecord
 {
     std::uint64_t position = 0;

@@ -28,11 +28,10 @@ static_assert(sizeof(Extent) == 16);
 bool arePlausible(const IndexNumbers& numbers, std::uint64_t sectionSize)
 {
     const std::uint64_t room = sectionSize - std::min<std::uint64_t>(sectionSize, indexHeaderSize);
-    if (numbers.extentCount > std::min(mostExtents, room / sizeof(Extent))
-        || numbers.chunkCount > std::min(mostChunks, room / sizeof(ChunkRecord))) {
+    if (numbers.extentCount > std::min(mostExtents, room / sizeof(Extent)) || numbers.chunkCount > mostChunks) {
         return false;
     }
-    const std::uint64_t payload = numbers.extentCount * sizeof(Extent) + numbers.chunkCount * sizeof(ChunkRecord);
+    const std::uint64_t payload = numbers.extentCount * sizeof(Extent);
     const bool chunk =
         numbers.chunkSize >= smallestChunk && numbers.chunkSize <= largestChunk && numbers.chunkSize % blockSize == 0;
     const bool sector =
@@ -40,25 +39,6 @@ bool arePlausible(const IndexNumbers& numbers, std::uint64_t sectionSize)
     return chunk && sector && roundedUp(payload + indexHeaderSize) == sectionSize
         && numbers.chunkCount == numbers.usedBytes / numbers.chunkSize + (numbers.usedBytes % numbers.chunkSize != 0)
         && numbers.usedBytes <= numbers.sourceSize;
-}
-
-/// Every extent but one at the very end of the device begins and ends on a block, so that pieces of direct input and
-/// output are aligned in memory too.
-bool areInOrder(const ImageIndex& index)
-{
-    std::uint64_t previousEnd = 0;
-    bool first = true;
-    for (const Extent& extent : index.extents) {
-        const bool inside =
-            extent.length > 0 && extent.length <= index.sourceSize && extent.offset <= index.sourceSize - extent.length;
-        if (!inside || extent.offset % blockSize != 0 || (!first && extent.offset <= previousEnd)
-            || (extent.end() % blockSize != 0 && extent.end() != index.sourceSize)) {
-            return false;
-        }
-        previousEnd = extent.end();
-        first = false;
-    }
-    return true;
 }
 
 bool isPlausible(const ChunkRecord& chunk, std::uint32_t contentSize, std::uint64_t fileSize)
@@ -88,8 +68,9 @@ bool isPlausible(const ChunkRecord& chunk, std::uint32_t contentSize, std::uint6
 
 IndexHeader encodeIndexHeader(const ImageIndex& index, const ImageId& id)
 {
+    const std::uint64_t used = totalLength(index.extents);
     const IndexNumbers numbers{index.sourceSize, index.chunkSize, index.sectorSize, index.extents.size(),
-        index.chunks.size(), totalLength(index.extents)};
+        used / index.chunkSize + (used % index.chunkSize != 0), used};
     IndexHeader header{};
     std::memcpy(header.data(), indexMagic.data(), indexMagic.size());
     std::memcpy(header.data() + 8, id.data(), id.size());
@@ -109,34 +90,40 @@ std::optional<ImageIndex> decodeIndexHeader(
     if (!arePlausible(numbers, sectionSize)) {
         return std::nullopt;
     }
-    ImageIndex index{numbers.sourceSize, numbers.chunkSize, numbers.sectorSize, {}, {}};
+    ImageIndex index{numbers.sourceSize, numbers.chunkSize, numbers.sectorSize, {}};
     index.extents.resize(numbers.extentCount);
-    index.chunks.resize(numbers.chunkCount);
     return index;
 }
 
-std::string flawOf(const ImageIndex& index, std::uint64_t fileSize)
+bool areExtentsValid(const ImageIndex& index)
 {
-    if (!areInOrder(index)) {
-        return "its list of used blocks is wrong";
-    }
-    const std::uint64_t used = totalLength(index.extents);
-    if (used > index.chunks.size() * std::uint64_t{index.chunkSize}
-        || (used + index.chunkSize - 1) / index.chunkSize != index.chunks.size()) {
-        return "its chunks do not cover its used blocks";
-    }
-    std::uint64_t stored = 0;
-    std::uint64_t left = used;
-    for (const ChunkRecord& chunk : index.chunks) {
-        const auto content = static_cast<std::uint32_t>(std::min<std::uint64_t>(index.chunkSize, left));
-        left -= content;
-        stored += roundedUp(chunk.storedSize);
-        if (!isPlausible(chunk, content, fileSize)) {
-            return "a chunk of its index is wrong";
+    std::uint64_t previousEnd = 0;
+    bool first = true;
+    for (const Extent& extent : index.extents) {
+        const bool inside =
+            extent.length > 0 && extent.length <= index.sourceSize && extent.offset <= index.sourceSize - extent.length;
+        if (!inside || extent.offset % blockSize != 0 || (!first && extent.offset <= previousEnd)
+            || (extent.end() % blockSize != 0 && extent.end() != index.sourceSize)) {
+            return false;
         }
+        previousEnd = extent.end();
+        first = false;
     }
-    // Chunks that share their bytes would make a small file a very long job.
-    return stored <= fileSize ? "" : "its chunks overlap";
+    return true;
+}
+
+RecordCheck::RecordCheck(const ImageIndex& index, std::uint64_t fileSize)
+    : m_chunkSize(index.chunkSize)
+    , m_fileSize(fileSize)
+    , m_left(totalLength(index.extents))
+{ }
+
+bool RecordCheck::add(const ChunkRecord& record)
+{
+    const auto content = static_cast<std::uint32_t>(std::min<std::uint64_t>(m_chunkSize, m_left));
+    m_left -= content;
+    m_stored += roundedUp(record.storedSize);
+    return content > 0 && isPlausible(record, content, m_fileSize);
 }
 
 } // namespace kestro::clone

@@ -49,12 +49,14 @@ ImageIndex readIndex(const File& image, const ImageHead& head)
         throwInvalidImage(image.path(), "its index is damaged");
     }
     reader.read(std::as_writable_bytes(std::span(index->extents)));
-    reader.read(std::as_writable_bytes(std::span(index->chunks)));
     if (!reader.finish()) {
         throwInvalidImage(image.path(), "its index is damaged");
     }
-    if (const std::string flaw = flawOf(*index, head.root.fileSize); !flaw.empty()) {
-        throwInvalidImage(image.path(), flaw);
+    if (!areExtentsValid(*index)) {
+        throwInvalidImage(image.path(), "its list of used blocks is wrong");
+    }
+    if (encodeIndexHeader(*index, head.id) != header) {
+        throwInvalidImage(image.path(), "its chunks do not cover its used blocks");
     }
     return std::move(*index);
 }
@@ -67,14 +69,10 @@ ImageReader::ImageReader(File image)
     : m_file(std::move(image))
     , m_head(completeHead(m_file))
     , m_index(readIndex(m_file, m_head))
+    , m_chunks(readChunkTable(m_file, m_head, m_index))
     , m_metadata(readMetadata(m_file, m_head, m_index))
     , m_customFiles(readCustomFiles(m_file, m_head))
 { }
-
-std::span<const std::byte> ImageReader::readStored(std::uint64_t chunk, AlignedBuffer& buffer) const
-{
-    return readStoredChunk(m_file, m_index.chunks.at(chunk), buffer);
-}
 
 std::span<const std::byte> readStoredChunk(const File& image, const ChunkRecord& record, AlignedBuffer& buffer)
 {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "clone/alignedbuffer.h"
+#include "clone/chunktable.h"
 #include "clone/extents.h"
 #include "clone/file.h"
 #include "clone/imagehead.h"
@@ -25,17 +26,15 @@ public:
     [[nodiscard]] const File& file() const { return m_file; }
     [[nodiscard]] const ImageHead& head() const { return m_head; }
     [[nodiscard]] const ImageIndex& index() const { return m_index; }
+    [[nodiscard]] const ChunkTable& chunks() const { return m_chunks; }
     [[nodiscard]] const Metadata& metadata() const { return m_metadata; }
     [[nodiscard]] const CustomFiles& customFiles() const { return m_customFiles; }
-
-    /// Reads the stored bytes of a chunk and checks their hash; the buffer holds at least chunkSize bytes. Throws
-    /// InvalidImage or ReadError. May be called by several threads at once.
-    [[nodiscard]] std::span<const std::byte> readStored(std::uint64_t chunk, AlignedBuffer& buffer) const;
 
 private:
     File m_file;
     ImageHead m_head;
     ImageIndex m_index;
+    ChunkTable m_chunks;
     Metadata m_metadata;
     CustomFiles m_customFiles;
 };
@@ -43,7 +42,8 @@ private:
 /// The index of an image whose root names it. Throws InvalidImage.
 [[nodiscard]] ImageIndex readIndex(const File& image, const ImageHead& head);
 
-/// Reads the stored bytes that a record names and checks their hash.
+/// Reads the stored bytes that a record names and checks their hash; the buffer holds at least chunkSize bytes. Throws
+/// InvalidImage or ReadError. May be called by several threads at once.
 [[nodiscard]] std::span<const std::byte> readStoredChunk(
     const File& image, const ChunkRecord& record, AlignedBuffer& buffer);
 

@@ -79,6 +79,8 @@ std::string paddedJson(const Metadata& metadata)
 
 } // namespace
 
+static_assert(mostCollectedExtents <= mostExtents);
+
 void refuseTooLarge(const ImageIndex& index, const Metadata& metadata)
 {
     if (index.sourceSize % index.sectorSize != 0) {
@@ -94,11 +96,13 @@ void refuseTooLarge(const ImageIndex& index, const Metadata& metadata)
     }
 }
 
-ImageWriter::ImageWriter(const File& image, ImageHead head)
+// The table's room stands in front of the chunks, because it is filled while they are written.
+ImageWriter::ImageWriter(const File& image, ImageHead head, std::uint64_t chunks)
     : m_file(image)
     , m_head(head)
-    , m_end(m_head.root.fileSize)
-    , m_allocated(m_end)
+    , m_table(image, head.root.fileSize, chunks)
+    , m_end(head.root.fileSize + chunkTableSize(chunks))
+    , m_allocated(head.root.fileSize)
 { }
 
 std::uint64_t ImageWriter::reserve(std::uint64_t size)
@@ -108,18 +112,20 @@ std::uint64_t ImageWriter::reserve(std::uint64_t size)
     m_end += size;
     if (m_allocates && m_end > m_allocated) {
         // A nearly full file system may still have room for what is really written.
-        m_allocates = ::fallocate(m_file.fd(), 0, static_cast<off_t>(m_allocated), allocationStep) == 0;
-        m_allocated += allocationStep;
+        const std::uint64_t step = roundedUp(m_end - m_allocated, allocationStep);
+        m_allocates = ::fallocate(m_file.fd(), 0, static_cast<off_t>(m_allocated), static_cast<off_t>(step)) == 0;
+        m_allocated += step;
     }
     return position;
 }
 
-void ImageWriter::append(EncodedChunk& chunk)
+void ImageWriter::append(std::uint64_t number, EncodedChunk& chunk)
 {
     if (chunk.record.codec != Codec::Zero) {
         chunk.record.position = reserve(chunk.stored.size());
         m_file.writeAt(chunk.stored, chunk.record.position);
     }
+    m_table.put(number, chunk.record);
 }
 
 void ImageWriter::writeIndex(const ImageIndex& index, const Metadata& metadata)
@@ -127,14 +133,13 @@ void ImageWriter::writeIndex(const ImageIndex& index, const Metadata& metadata)
     SectionWriter writer(m_file, m_end);
     writer.write(encodeIndexHeader(index, m_head.id));
     writer.write(std::as_bytes(std::span(index.extents)));
-    writer.write(std::as_bytes(std::span(index.chunks)));
     RootRecord& root = m_head.root;
     root.index = writer.finish();
     const std::string json = paddedJson(metadata);
     root.metadata = writeSection(m_file, std::as_bytes(std::span(json)), root.index.position + root.index.size);
     root.fileSize = root.metadata.position + root.metadata.size;
     m_file.truncate(root.fileSize);
-    m_file.sync();
+    root.chunks = m_table.finish();
 }
 
 void ImageWriter::commit()

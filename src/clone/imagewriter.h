@@ -2,6 +2,7 @@
 #pragma once
 
 #include "clone/chunkcodec.h"
+#include "clone/chunktable.h"
 #include "clone/customfiles.h"
 #include "clone/file.h"
 #include "clone/imagehead.h"
@@ -12,23 +13,25 @@
 
 namespace kestro::clone {
 
-/// Throws Refused for a source that no image can hold, before anything of it is read: the index has its extents, but no
-/// chunks yet, the description no holes.
+/// Throws Refused for a source that no image can hold, before anything of it is read: the description has no holes yet.
 void refuseTooLarge(const ImageIndex& index, const Metadata& metadata);
 
 /// Writes the body of an image that has a fresh head. Until commit the image is incomplete.
 class ImageWriter
 {
 public:
-    ImageWriter(const File& image, ImageHead head);
+    /// An image of so many chunks; keeps the reference.
+    ImageWriter(const File& image, ImageHead head, std::uint64_t chunks);
 
-    /// Writes a chunk at the end and fills in its position. May be called by several threads at once.
-    void append(EncodedChunk& chunk);
+    /// Writes a chunk at the end, fills in its position and puts it into the table. May be called by several threads at
+    /// once, roughly in the order of the chunks.
+    void append(std::uint64_t number, EncodedChunk& chunk);
 
-    /// Writes index and description behind the chunks, cuts the file to its size and makes all of it durable.
+    /// After all chunks: writes index and description behind them, cuts the file to its size, makes all of it durable,
+    /// and reads the table of the chunks back. Throws Mismatch too.
     void writeIndex(const ImageIndex& index, const Metadata& metadata);
 
-    /// The head as it will be; with the index that writeIndex wrote.
+    /// The head as it will be; with the sections that writeIndex wrote.
     [[nodiscard]] const ImageHead& head() const { return m_head; }
 
     /// Declares the image complete, durably. Only after everything written has been checked.
@@ -42,6 +45,7 @@ private:
 
     const File& m_file;
     ImageHead m_head;
+    ChunkTableWriter m_table;
     std::mutex m_mutex;
     std::uint64_t m_end = 0;
     std::uint64_t m_allocated = 0;

@@ -81,8 +81,8 @@ void restore(const std::string& image, const std::string& device, ReadErrors rea
     refuseHoles(reader, readErrors);
     refuseUnfitTarget(reader, target);
     Progress progress({{"checking the image", 15}, {"writing", 55}, {"reading back", 30}}, WhenAlone::GoOn);
-    progress.nextPhase(storedBytesOf(reader.index()));
-    verifyChunks(reader.file(), reader.index(), progress);
+    progress.nextPhase(reader.chunks().storedBytes);
+    verifyChunks(reader, progress);
 
     UnmountedTarget unmounted(target);
     {

@@ -2,12 +2,12 @@
 #include "clone/targetwriter.h"
 
 #include "clone/alignedbuffer.h"
-#include "clone/chunkcodec.h"
 #include "clone/crew.h"
 #include "clone/failure.h"
 #include "clone/partitions.h"
 #include "clone/piecesio.h"
 #include "clone/process.h"
+#include "clone/unpacker.h"
 
 #include <algorithm>
 #include <array>
@@ -27,29 +27,18 @@ namespace {
 /// Superblocks and partition tables of all kinds begin in here.
 constexpr std::uint64_t beginningSize = 1ULL << 20U;
 
-/// What one thread needs to unpack chunks.
-struct Unpacker
+/// What one thread needs to write chunks.
+struct Writing
 {
-    explicit Unpacker(const ImageReader& source)
-        : image(source)
-        , stored(source.index().chunkSize)
-        , content(source.index().chunkSize)
-    { }
+    Unpacker unpacker;
+    PiecesIo io;
+};
 
-    std::span<std::byte> unpack(std::uint64_t chunk, std::uint32_t size)
-    {
-        const auto target = content.bytes().first(size);
-        const ChunkRecord& record = image.index().chunks[chunk];
-        if (!decoder.decode(record, image.readStored(chunk, stored), target)) {
-            throwInvalidImage(image.file().path(), "chunk " + std::to_string(chunk) + " does not unpack");
-        }
-        return target;
-    }
-
-    const ImageReader& image;
-    AlignedBuffer stored;
+/// What one thread needs to read chunks back.
+struct Reading
+{
+    ChunkRecords records;
     AlignedBuffer content;
-    ChunkDecoder decoder;
     PiecesIo io;
 };
 
@@ -138,9 +127,14 @@ void TargetWriter::run()
     m_progress.nextPhase(bytes);
     const std::uint64_t first = beginningChunks();
     checkChunks(first, m_layout.chunkCount());
-    writeBeginning(first);
-    settle();
-    checkChunks(0, first);
+    try {
+        writeBeginning(first);
+        settle();
+        checkChunks(0, first);
+    } catch (...) {
+        wipeBeginningAgain();
+        throw;
+    }
     readPartitionsAgain();
 }
 
@@ -151,18 +145,26 @@ void TargetWriter::wipeBeginning()
     m_device.sync();
 }
 
+void TargetWriter::wipeBeginningAgain() noexcept
+{
+    try {
+        wipeBeginning();
+    } catch (const Failure&) {
+        // The failure that led here is the one to be reported.
+    }
+}
+
 void TargetWriter::writeChunks()
 {
     runCrew(0, m_layout.chunkCount(), crewSize(m_image.index()), [this]() -> ChunkTask {
-        auto unpacker = std::make_shared<Unpacker>(m_image);
-        return [this, unpacker](std::uint64_t chunk) {
-            const std::uint32_t size = m_layout.contentSize(chunk);
-            const auto content = unpacker->unpack(chunk, size);
+        auto own = std::make_shared<Writing>(Writing{{m_image, m_layout}, {}});
+        return [this, own](std::uint64_t chunk) {
+            const auto content = own->unpacker.unpack(chunk);
             const auto pieces = piecesFrom(m_layout.pieces(chunk), beginningSize);
-            if (m_image.index().chunks[chunk].codec != Codec::Zero || !zeroOut(m_device, pieces)) {
-                unpacker->io.write(m_device, pieces, content.subspan(size - totalLength(pieces)));
+            if (own->unpacker.record().codec != Codec::Zero || !zeroOut(m_device, pieces)) {
+                own->io.write(m_device, pieces, content.subspan(content.size() - totalLength(pieces)));
             }
-            m_progress.add(size);
+            m_progress.add(content.size());
         };
     });
 }
@@ -178,10 +180,9 @@ std::uint64_t TargetWriter::beginningChunks() const
 
 void TargetWriter::writeBeginning(std::uint64_t chunkCount)
 {
-    Unpacker unpacker(m_image);
+    Writing own{{m_image, m_layout}, {}};
     for (std::uint64_t chunk = 0; chunk < chunkCount; ++chunk) {
-        const auto pieces = piecesBefore(m_layout.pieces(chunk), beginningSize);
-        unpacker.io.write(m_device, pieces, unpacker.unpack(chunk, m_layout.contentSize(chunk)));
+        own.io.write(m_device, piecesBefore(m_layout.pieces(chunk), beginningSize), own.unpacker.unpack(chunk));
     }
 }
 
@@ -189,12 +190,11 @@ void TargetWriter::checkChunks(std::uint64_t first, std::uint64_t last)
 {
     const std::uint32_t chunkSize = m_image.index().chunkSize;
     runCrew(first, last, crewSize(m_image.index()), [this, chunkSize]() -> ChunkTask {
-        auto content = std::make_shared<AlignedBuffer>(chunkSize);
-        auto io = std::make_shared<PiecesIo>();
-        return [this, content, io](std::uint64_t chunk) {
-            const auto bytes = content->bytes().first(m_layout.contentSize(chunk));
-            io->read(m_device, m_layout.pieces(chunk), bytes);
-            if (hashOf(bytes) != m_image.index().chunks[chunk].contentHash) {
+        auto own = std::make_shared<Reading>(Reading{{m_image.file(), m_image.chunks()}, AlignedBuffer(chunkSize), {}});
+        return [this, own](std::uint64_t chunk) {
+            const auto bytes = own->content.bytes().first(m_layout.contentSize(chunk));
+            own->io.read(m_device, m_layout.pieces(chunk), bytes);
+            if (hashOf(bytes) != own->records.at(chunk).contentHash) {
                 throw Failure(ExitCode::Mismatch,
                     m_target.path + " does not hold what was written to it at byte "
                         + std::to_string(m_layout.pieces(chunk).front().offset));

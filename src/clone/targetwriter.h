@@ -21,6 +21,7 @@ public:
 
 private:
     void wipeBeginning();
+    void wipeBeginningAgain() noexcept;
     void writeChunks();
     /// How many chunks have content in the first blocks.
     [[nodiscard]] std::uint64_t beginningChunks() const;

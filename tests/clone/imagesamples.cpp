@@ -7,6 +7,7 @@
 #include "clone/imagereader.h"
 #include "clone/imagewriter.h"
 #include "clone/newimage.h"
+#include "clone/unpacker.h"
 
 #include <algorithm>
 #include <fstream>
@@ -35,16 +36,15 @@ std::string makeSampleImage(const std::string& path)
     writeCustomFile("kim://" + path + "/DiskInfo", record);
     {
         NewImage image(path);
-        ImageWriter writer(image.file(), image.head());
-        ImageIndex index{64U << 20U, chunkSize, 512, {{0, 4096}, {1U << 20U, 3 * chunkSize}, {32U << 20U, 8192}}, {}};
+        const ImageIndex index{64U << 20U, chunkSize, 512, {{0, 4096}, {1U << 20U, 3 * chunkSize}, {32U << 20U, 8192}}};
         const ChunkLayout layout(index.extents, chunkSize);
+        ImageWriter writer(image.file(), image.head(), layout.chunkCount());
         ChunkEncoder encoder(chunkSize);
         for (std::uint64_t chunk = 0; chunk < layout.chunkCount(); ++chunk) {
             AlignedBuffer content(chunkSize);
             fillChunk(content, chunk);
             EncodedChunk encoded = encoder.encode(content, layout.contentSize(chunk));
-            writer.append(encoded);
-            index.chunks.push_back(encoded.record);
+            writer.append(chunk, encoded);
         }
         Metadata metadata;
         metadata.tool = "sample";
@@ -62,15 +62,9 @@ bool isGoodImage(const std::string& path)
     try {
         const ImageReader image(path);
         const ChunkLayout layout(image.index().extents, image.index().chunkSize);
-        AlignedBuffer stored(image.index().chunkSize);
-        AlignedBuffer content(image.index().chunkSize);
-        const ChunkDecoder decoder;
+        Unpacker unpacker(image, layout);
         for (std::uint64_t chunk = 0; chunk < layout.chunkCount(); ++chunk) {
-            const auto bytes = image.readStored(chunk, stored);
-            const auto target = content.bytes().first(layout.contentSize(chunk));
-            if (!decoder.decode(image.index().chunks[chunk], bytes, target)) {
-                return false;
-            }
+            (void)unpacker.unpack(chunk);
         }
         return true;
     } catch (const Failure&) {

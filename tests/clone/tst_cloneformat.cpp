@@ -25,7 +25,7 @@ constexpr std::uint64_t mib = 1U << 20U;
 
 RootRecord completeRoot()
 {
-    return {7, true, 20 * mib, {16 * mib, 8192, 1}, {17 * mib, 4096, 2}, {12288, 4096, 3}};
+    return {7, true, 20 * mib, {16 * mib, 8192, 1}, {18 * mib, 4096, 4}, {17 * mib, 4096, 2}, {12288, 4096, 3}};
 }
 
 void everyBitOfHeaderAndRootCounts()
@@ -55,12 +55,15 @@ void rootsWithWrongNumbersAreRefused()
         {"index in the head", [](RootRecord& r) { r.index.position = 4096; }},
         {"index not aligned", [](RootRecord& r) { r.index.position += 512; }},
         {"complete without index", [](RootRecord& r) { r.index.size = 0; }},
+        {"table of chunks beyond the limit",
+            [](RootRecord& r) { r.fileSize = 1024 * mib, r.chunks.size = largestChunkTable + 4096; }},
+        {"table of chunks not aligned", [](RootRecord& r) { r.chunks.position += 512; }},
         {"complete without description", [](RootRecord& r) { r.metadata.size = 0; }},
         {"index beyond the limit", [](RootRecord& r) { r.fileSize = 1024 * mib, r.index.size = largestIndex + 4096; }},
         {"custom beyond the limit", [](RootRecord& r) { r.fileSize = 1024 * mib, r.custom.size = 17 * mib; }},
         {"file shorter than a head",
             [](RootRecord& r) {
-                r = {1, false, 4096, {}, {}, {}};
+                r = {1, false, 4096, {}, {}, {}, {}};
             }},
     };
     for (const auto& [name, spoil] : cases) {
@@ -72,15 +75,12 @@ void rootsWithWrongNumbersAreRefused()
 
 ImageIndex goodIndex()
 {
-    ImageIndex index{10 * mib + 512, 1 << 20, 512, {{0, mib}, {4 * mib, 2 * mib}, {10 * mib, 512}}, {}};
-    index.chunks = {{}, {12288, 5000, Codec::Zstd, 1, 2}, {20480, 1 << 20, Codec::Stored, 1, 2},
-        {mib * 2, 512, Codec::Stored, 1, 2}};
-    return index;
+    return {10 * mib + 512, 1 << 20, 512, {{0, mib}, {4 * mib, 2 * mib}, {10 * mib, 512}}};
 }
 
-void indexesWithWrongNumbersAreRefused()
+void extentsWithWrongNumbersAreRefused()
 {
-    check(flawOf(goodIndex(), 8 * mib).empty(), "a good index: " + flawOf(goodIndex(), 8 * mib));
+    check(areExtentsValid(goodIndex()), "a good index");
     const std::vector<std::pair<const char*, std::function<void(ImageIndex&)>>> cases{
         {"extent behind the end", [](ImageIndex& i) { i.extents[2].length = 1024; }},
         {"extent wraps around",
@@ -93,27 +93,43 @@ void indexesWithWrongNumbersAreRefused()
         {"extents out of order", [](ImageIndex& i) { std::swap(i.extents[0], i.extents[1]); }},
         {"extent not aligned", [](ImageIndex& i) { i.extents[1].offset += 512; }},
         {"end not aligned", [](ImageIndex& i) { i.extents[1].length -= 512; }},
-        {"a chunk too few", [](ImageIndex& i) { i.chunks.pop_back(); }},
-        {"a chunk too many", [](ImageIndex& i) { i.chunks.push_back({}); }},
-        {"chunk in the head", [](ImageIndex& i) { i.chunks[1].position = 4096; }},
-        {"chunk behind the end", [](ImageIndex& i) { i.chunks[1].position = 8 * mib; }},
-        {"chunk wraps around", [](ImageIndex& i) { i.chunks[1].position = ~std::uint64_t{4095}; }},
-        {"chunk not aligned", [](ImageIndex& i) { i.chunks[1].position += 8; }},
-        {"packed larger than content", [](ImageIndex& i) { i.chunks[1].storedSize = (1 << 20) + 1; }},
-        {"packed empty", [](ImageIndex& i) { i.chunks[1].storedSize = 0; }},
-        {"stored with another size", [](ImageIndex& i) { i.chunks[3].storedSize = 1024; }},
-        {"unknown codec", [](ImageIndex& i) { i.chunks[1].codec = static_cast<Codec>(3); }},
-        {"zeros with bytes", [](ImageIndex& i) { i.chunks[0].storedSize = 1; }},
-        {"chunks share bytes",
-            [](ImageIndex& i) {
-                i.extents = {{0, 10 * mib}};
-                i.chunks.assign(10, {12288, 1 << 20, Codec::Stored, 1, 2});
-            }},
     };
     for (const auto& [name, spoil] : cases) {
         ImageIndex index = goodIndex();
         spoil(index);
-        check(!flawOf(index, 8 * mib).empty(), name);
+        check(!areExtentsValid(index), name);
+    }
+}
+
+using Records = std::vector<ChunkRecord>;
+
+bool areRecordsGood(const Records& records)
+{
+    RecordCheck table(goodIndex(), 8 * mib);
+    return std::all_of(records.begin(), records.end(), [&](const ChunkRecord& record) { return table.add(record); });
+}
+
+void recordsWithWrongNumbersAreRefused()
+{
+    const Records good{{}, {12288, 5000, Codec::Zstd, 1, 2}, {20480, 1 << 20, Codec::Stored, 1, 2},
+        {mib * 2, 512, Codec::Stored, 1, 2}};
+    check(areRecordsGood(good), "good records");
+    const std::vector<std::pair<const char*, std::function<void(Records&)>>> cases{
+        {"a chunk too many", [](Records& r) { r.push_back({}); }},
+        {"chunk in the head", [](Records& r) { r[1].position = 4096; }},
+        {"chunk behind the end", [](Records& r) { r[1].position = 8 * mib; }},
+        {"chunk wraps around", [](Records& r) { r[1].position = ~std::uint64_t{4095}; }},
+        {"chunk not aligned", [](Records& r) { r[1].position += 8; }},
+        {"packed larger than content", [](Records& r) { r[1].storedSize = (1 << 20) + 1; }},
+        {"packed empty", [](Records& r) { r[1].storedSize = 0; }},
+        {"stored with another size", [](Records& r) { r[3].storedSize = 1024; }},
+        {"unknown codec", [](Records& r) { r[1].codec = static_cast<Codec>(3); }},
+        {"zeros with bytes", [](Records& r) { r[0].storedSize = 1; }},
+    };
+    for (const auto& [name, spoil] : cases) {
+        Records records = good;
+        spoil(records);
+        check(!areRecordsGood(records), name);
     }
 }
 
@@ -269,7 +285,8 @@ int main()
 {
     everyBitOfHeaderAndRootCounts();
     rootsWithWrongNumbersAreRefused();
-    indexesWithWrongNumbersAreRefused();
+    extentsWithWrongNumbersAreRefused();
+    recordsWithWrongNumbersAreRefused();
     indexHeadersWithWrongCountsAreRefused();
     customFilesSurviveAndDamageShows();
     chunksComeBack();

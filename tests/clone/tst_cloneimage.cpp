@@ -2,12 +2,14 @@
 #include "clone/check.h"
 #include "clone/imagesamples.h"
 
+#include "clone/customcommands.h"
 #include "clone/failure.h"
 #include "clone/file.h"
 #include "clone/imagereader.h"
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <random>
 #include <set>
 #include <vector>
@@ -25,15 +27,22 @@ bool isLong()
     return value != nullptr && std::string(value) == "1";
 }
 
+/// Of the parts of an image, so many are its head and its sections; the others are chunks.
+constexpr std::size_t structures = 5;
+
 /// The parts of an image that count, as ranges of the file.
 std::vector<Extent> countingParts(const std::string& path)
 {
     const ImageReader image(path);
     std::vector<Extent> parts{{0, bodyPosition}};
-    for (const Section& section : {image.head().root.index, image.head().root.metadata, image.head().root.custom}) {
+    const RootRecord& root = image.head().root;
+    for (const Section& section : {root.index, root.chunks, root.metadata, root.custom}) {
         parts.push_back({section.position, section.size});
     }
-    for (const ChunkRecord& chunk : image.index().chunks) {
+    ChunkRecords records(image.file(), image.chunks());
+    const std::uint64_t count = ChunkLayout(image.index().extents, image.index().chunkSize).chunkCount();
+    for (std::uint64_t number = 0; number < count; ++number) {
+        const ChunkRecord chunk = records.at(number);
         if (chunk.storedSize > 0) {
             parts.push_back({chunk.position, roundedUp(chunk.storedSize)});
         }
@@ -62,14 +71,14 @@ void oneFlippedBitShows(const std::string& path)
     const std::size_t step = isLong() ? 8 : 8 * 37;
     std::set<std::uint64_t> bits;
     // The header, the roots and the sections byte by byte, the chunks at random places.
-    for (std::size_t part = 0; part < 4; ++part) {
+    for (std::size_t part = 0; part < structures; ++part) {
         for (std::uint64_t bit = 0; bit < parts[part].length * 8; bit += step) {
             bits.insert(parts[part].offset * 8 + bit + bit / 8 % 8);
         }
     }
     std::mt19937_64 random(7); // NOLINT: the same places in every run
     for (int i = 0; i < (isLong() ? 2000 : 200); ++i) {
-        const Extent& part = parts[4 + random() % (parts.size() - 4)];
+        const Extent& part = parts[structures + random() % (parts.size() - structures)];
         bits.insert(part.offset * 8 + random() % (part.length * 8));
     }
     for (const std::uint64_t bit : bits) {
@@ -100,12 +109,47 @@ void olderRootsStayOutOfForce(const std::string& path)
     check(!isGoodWithFlippedBit(path, (rootPosition + image.head().slot * rootSize + 100) * 8), "the newest root");
 }
 
-void unfinishedChangesDoNotCount(const std::string& path)
+std::string contentOfFile(const std::string& path)
 {
-    const std::string copy = path + ".longer";
+    return contentOf(path, 64U << 20U).value_or("");
+}
+
+/// An image as a power cut left it: the custom files it has then, or -1 when it is not good.
+int filesAfterPowerCut(const std::string& path, const std::string& bytes)
+{
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+    return isGoodImage(path) ? static_cast<int>(ImageReader(path).customFiles().size()) : -1;
+}
+
+/// The power fails while a file is added to a finished image. What goes behind the image is durable before the root
+/// record is written, and of the root's block every sector is the old one or the new one.
+void powerCutsLeaveTheOldFilesOrTheNew(const std::string& path)
+{
+    const std::string copy = path + ".cut";
     std::filesystem::copy_file(path, copy, std::filesystem::copy_options::overwrite_existing);
-    std::filesystem::resize_file(copy, std::filesystem::file_size(path) + 12345);
-    check(isGoodImage(copy), "bytes of an interrupted change behind the image");
+    const std::string before = contentOfFile(copy);
+    const std::size_t root = rootPosition + (1 - ImageReader(copy).head().slot) * rootSize;
+    std::ofstream(path + ".third") << "third";
+    writeCustomFile("kim://" + copy + "/third", path + ".third");
+    const std::string after = contentOfFile(copy);
+    check(after.size() > before.size() && after.substr(root, rootSize) != before.substr(root, rootSize), "added");
+    for (const std::size_t size : {before.size() + 1, before.size() + 512, after.size() - 1, after.size()}) {
+        const std::string torn = before + after.substr(before.size(), size - before.size());
+        check(filesAfterPowerCut(copy, torn) == 2, "the new file is there to byte " + std::to_string(size));
+    }
+    constexpr std::size_t sector = 512;
+    for (unsigned written = 0; written < 1U << (rootSize / sector); ++written) {
+        std::string torn = before + after.substr(before.size());
+        for (std::size_t i = 0; i < rootSize / sector; ++i) {
+            const std::size_t place = root + i * sector;
+            torn.replace(place, sector, (written >> i & 1U) != 0 ? after : before, place, sector);
+        }
+        const int files = filesAfterPowerCut(copy, torn);
+        check(files == ((written & 1U) != 0 ? 3 : 2), "sectors " + std::to_string(written) + " of the root");
+    }
+    check(filesAfterPowerCut(copy, before + std::string(12345, 'x')) == 2, "anything behind the image");
+    writeCustomFile("kim://" + copy + "/third", path + ".third");
+    check(ImageReader(copy).customFiles().size() == 3, "the second try works");
     std::filesystem::remove(copy);
 }
 
@@ -123,7 +167,7 @@ int main()
     olderRootsStayOutOfForce(path);
     oneFlippedBitShows(path);
     everyTruncationShows(path);
-    unfinishedChangesDoNotCount(path);
+    powerCutsLeaveTheOldFilesOrTheNew(path);
     std::filesystem::remove_all(folder);
     return checkResult();
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Feeds a file to everything that reads images. The first input byte says which checksums are put right, so that the
 // fuzzer gets behind them: hostile images come with correct ones.
+#include "clone/resealed.h"
+
 #include "clone/alignedbuffer.h"
 #include "clone/chunkcodec.h"
 #include "clone/failure.h"
@@ -8,8 +10,7 @@
 #include "clone/imagereader.h"
 
 #include <algorithm>
-#include <cstring>
-#include <vector>
+#include <span>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -18,55 +19,6 @@
 using namespace kestro::clone;
 
 namespace {
-
-using Bytes = std::vector<std::byte>;
-
-std::uint64_t numberAt(const Bytes& image, std::size_t position)
-{
-    std::uint64_t value = 0;
-    std::memcpy(&value, image.data() + position, sizeof value);
-    return value;
-}
-
-void putNumber(Bytes& image, std::size_t position, std::uint64_t value)
-{
-    std::memcpy(image.data() + position, &value, sizeof value);
-}
-
-void sealBlock(Bytes& image, std::size_t position)
-{
-    putNumber(image, position + headerSize - 8, hashOf(std::span(image).subspan(position, headerSize - 8)));
-}
-
-/// Puts the hash of a section right that a root record names, when it lies inside the file.
-void sealSection(Bytes& image, std::size_t entry)
-{
-    const std::uint64_t position = numberAt(image, entry);
-    const std::uint64_t size = numberAt(image, entry + 8);
-    if (size <= image.size() && position <= image.size() - size) {
-        putNumber(image, entry + 16, hashOf(std::span(image).subspan(position, size)));
-    }
-}
-
-void repair(Bytes& image, unsigned what)
-{
-    if (image.size() < bodyPosition) {
-        return;
-    }
-    for (const std::size_t root : {rootPosition, rootPosition + rootSize}) {
-        for (const std::size_t entry : {48U, 72U, 96U}) {
-            if ((what & 1U) != 0) {
-                sealSection(image, root + entry);
-            }
-        }
-        if ((what & 2U) != 0) {
-            sealBlock(image, root);
-        }
-    }
-    if ((what & 4U) != 0) {
-        sealBlock(image, 0);
-    }
-}
 
 void readEverything(File file)
 {
@@ -78,8 +30,9 @@ void readEverything(File file)
     AlignedBuffer stored(index.chunkSize);
     AlignedBuffer content(index.chunkSize);
     const ChunkDecoder decoder;
+    ChunkRecords records(image.file(), image.chunks());
     for (std::uint64_t chunk = 0; chunk < std::min<std::uint64_t>(layout.chunkCount(), 64); ++chunk) {
-        ChunkRecord record = index.chunks[chunk];
+        const ChunkRecord record = records.at(chunk);
         if (record.codec == Codec::Zstd || record.codec == Codec::Stored) {
             const auto bytes = stored.bytes().first(roundedUp(record.storedSize));
             image.file().readAt(bytes, record.position);
@@ -97,8 +50,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         return 0;
     }
     const auto input = std::as_bytes(std::span(data, size));
-    Bytes image(input.begin() + 1, input.end());
-    repair(image, data[0]);
+    ImageBytes image(input.begin() + 1, input.end());
+    reseal(image, data[0]);
     File file(::memfd_create("image", MFD_CLOEXEC), "image");
     try {
         file.writeAt(image, 0);

@@ -5,21 +5,26 @@
 rounds=8
 [ "${KESTRO_LONG:-0}" = 0 ] || rounds=50
 noisy_source 96M 60000000
-begin=$(date +%s%N)
-"$KESTRO_CLONE" --tui "$source" a.kim >/dev/null
-took=$((($(date +%s%N) - begin) / 1000))
-bad=0
+took=$(microseconds "$KESTRO_CLONE" --tui "$source" a.kim)
+missing=0 incomplete=0 good=0 bad=0
 for ((round = 0; round < rounds; round++)); do
     rm -f b.kim
     "$KESTRO_CLONE" --tui "$source" b.kim >/dev/null 2>&1 &
     tool=$!
-    sleep "$(printf '%d.%06d' 0 $((RANDOM * 32768 % (took < 900000 ? took * 11 / 10 : 990000))))"
+    random_moment "$took"
     kill -KILL "$tool" 2>/dev/null || true
     { wait "$tool"; } 2>/dev/null || true
-    if "$KESTRO_CLONE" --kim-info b.kim >/dev/null 2>&1; then
-        "$KESTRO_CLONE" --verify b.kim >/dev/null || bad=$((bad + 1))
+    if ! [ -e b.kim ]; then
+        missing=$((missing + 1))
+    elif ! "$KESTRO_CLONE" --kim-info b.kim >/dev/null 2>&1; then
+        incomplete=$((incomplete + 1))
+    elif "$KESTRO_CLONE" --verify b.kim >/dev/null; then
+        good=$((good + 1))
+    else
+        bad=$((bad + 1))
     fi
 done
+figures "$rounds kills within $took µs: $missing left no image, $incomplete an invalid one, $good a good one"
 echo "good-looking bad images: $bad"
 # What a killed run left is no obstacle.
 kc --tui "$source" b.kim

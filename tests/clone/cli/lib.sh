@@ -122,6 +122,33 @@ listing() (
     getfattr -dR -m - . 2>/dev/null
 )
 
+# figures TEXT…: what is worth knowing of a run and differs from one to the next. Goes to the test's own output, which is
+# not compared.
+figures() {
+    printf '%s\n' "$*" >&3
+}
+
+# progress_holds FILE: every line ends in a percentage with two decimals that never goes backwards.
+progress_holds() {
+    awk '$NF !~ /^[0-9]+\.[0-9][0-9]%$/ || $NF + 0 < last { bad = 1 }
+         { last = $NF + 0 }
+         END { exit bad }' "$1"
+}
+
+# random_moment MICROSECONDS: sleeps for a random time that is a little longer than that at most.
+random_moment() {
+    local moment=$(((RANDOM * 32768 + RANDOM) % ($1 * 11 / 10)))
+    sleep "$(printf '%d.%06d' $((moment / 1000000)) $((moment % 1000000)))"
+}
+
+# microseconds COMMAND…: how long the command takes; its output is thrown away.
+microseconds() {
+    local begin
+    begin=$(date +%s%N)
+    "$@" >/dev/null
+    echo $((($(date +%s%N) - begin) / 1000))
+}
+
 # kc ARGUMENTS…: runs the program; prints its exit status, the percentage that it ended with when it succeeded, and its
 # standard error.
 kc() {
@@ -131,6 +158,9 @@ kc() {
     printf '%s -> %s%s\n' "$*" "$status" "$(tail -n 1 "$T/out" | grep -oE ' [0-9.]+%$' || true)" |
         sed '/-> 0 /!s/ [0-9.]*%$//' | same_every_time
     same_every_time <"$T/err"
+    case " $* " in
+        *' --tui '* | *' --verify '*) progress_holds "$T/out" || echo "bad progress" ;;
+    esac
 }
 
 # round_trip SOURCE TARGET: to a.kim and to a poisoned device.

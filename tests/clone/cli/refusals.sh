@@ -19,7 +19,7 @@ kc --tui a.kim "$target"
 is_poison "$target" && echo untouched
 poison "$same"
 cp a.kim flipped.kim
-flip flipped.kim 12300
+flip flipped.kim 20000
 kc --tui flipped.kim "$same"
 kc --verify flipped.kim
 head -c -1 a.kim >short.kim
