@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <ctime>
 #include <memory>
 #include <utility>
@@ -45,6 +46,11 @@ std::uint32_t chunkSizeFor(std::uint64_t usedBytes)
         [usedBytes](const ChunkSizeRow& candidate) { return usedBytes <= candidate.mostChunks * candidate.size; });
     return row == chunkSizes.end() ? largestChunk : row->size;
 }
+
+/// How long a mounted source may stand still although nothing goes on: while other programs find out what is in use,
+/// which they do in silence, and while it is read.
+constexpr auto mappingPatience = std::chrono::minutes(10);
+constexpr auto readingPatience = std::chrono::minutes(2);
 
 std::string utcNow()
 {
@@ -94,6 +100,7 @@ struct Reading
 {
     ReadErrors readErrors;
     HoleList holes;
+    FrozenMounts& frozen;
     Progress& progress;
 };
 
@@ -101,16 +108,18 @@ void writeChunks(const Source& source, const ImageIndex& index, const ChunkLayou
     Reading& reading)
 {
     const std::uint32_t chunkSize = index.chunkSize;
+    const auto beat = [&reading] { reading.frozen.beat(); };
     runCrew(0, layout.chunkCount(), crewSize(index, chunkSize), [&]() -> ChunkTask {
         auto content = std::make_shared<AlignedBuffer>(chunkSize);
         auto encoder = std::make_shared<ChunkEncoder>(chunkSize);
-        auto reader = std::make_shared<SourceReader>(source.file, reading.readErrors, reading.holes);
+        auto reader = std::make_shared<SourceReader>(source.file, reading.readErrors, reading.holes, beat);
         return [&, content, encoder, reader](std::uint64_t chunk) {
             const std::uint32_t size = layout.contentSize(chunk);
             reader->read(layout.pieces(chunk), content->bytes().first(size));
             EncodedChunk encoded = encoder->encode(*content, size);
             destination.writer.append(chunk, encoded);
             destination.readBack.add(encoded.record);
+            reading.frozen.beat();
             reading.progress.add(size);
         };
     });
@@ -168,8 +177,8 @@ std::string holesSentence(const ExtentList& holes, const std::string& image)
 
 ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readErrors, Progress& progress)
 {
-    FrozenMounts frozen(mountsOf(source.device));
-    Reading reading{readErrors, {}, progress};
+    FrozenMounts frozen(mountsOf(source.device), mappingPatience);
+    Reading reading{readErrors, {}, frozen, progress};
     SourceMap map = mapSource(source.device, frozen.devices());
     const File claim = claimed(source.device, frozen);
     Metadata metadata = describe(source, map, frozen.any());
@@ -180,6 +189,7 @@ ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readError
     Destination destination{{image.file(), image.head(), layout.chunkCount()}, {image.file(), chunkSize}};
     try {
         progress.nextPhase(totalLength(index.extents));
+        frozen.setPatience(readingPatience);
         writeChunks(source, index, layout, destination, reading);
         frozen.thaw();
         progress.nextPhase(1);

@@ -24,6 +24,7 @@ enum class ExitCode : int {
     Mismatch = 13,
     Denied = 14,
     NotRemounted = 15,
+    Stalled = 16,
 };
 
 /// Ends the run: one sentence for the person and the exit status. It never leaves the program: runCommand turns it

@@ -3,52 +3,18 @@
 
 #include "clone/failure.h"
 
-#include <array>
 #include <cerrno>
-#include <csignal>
+#include <chrono>
 #include <map>
-#include <utility>
+#include <string>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace kestro::clone {
 
 namespace {
-
-/// What the watchdog hears before each step: how which mount is about to be held.
-struct Step
-{
-    std::size_t mount = 0;
-    Stillness way = Stillness::None;
-};
-
-/// Waits for the end of the other process in a session of its own, so that nothing aimed at that one's group reaches
-/// this one. Only async-signal-safe calls: the other process may have threads.
-[[noreturn]] void guardLife(int lifeline, const std::vector<int>& roots, std::vector<Stillness>& ways)
-{
-    ::setsid();
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGQUIT}) {
-        ::signal(signal, SIG_IGN);
-    }
-    // A reader of our standard output must see its end when the other process ends.
-    ::close(STDIN_FILENO);
-    ::close(STDOUT_FILENO);
-    ::close(STDERR_FILENO);
-    Step step;
-    ssize_t got = 0;
-    while ((got = ::read(lifeline, &step, sizeof step)) == sizeof step || (got < 0 && errno == EINTR)) {
-        if (got > 0) {
-            ways[step.mount] = step.way;
-        }
-    }
-    for (std::size_t i = 0; i < roots.size(); ++i) {
-        releaseMount(roots[i], ways[i]);
-    }
-    ::_exit(0);
-}
 
 /// The root of a mount, open; -1 when another mount hides it.
 int openRoot(const Mount& mount)
@@ -68,12 +34,12 @@ int openRoot(const Mount& mount)
 
 } // namespace
 
-FrozenMounts::FrozenMounts(const std::vector<Mount>& mounts)
+FrozenMounts::FrozenMounts(const std::vector<Mount>& mounts, Watchdog::Patience patience)
 {
     try {
         openRoots(mounts);
         if (any()) {
-            startWatchdog();
+            startWatchdog(patience);
             holdAll();
         }
     } catch (...) {
@@ -121,25 +87,13 @@ void FrozenMounts::openRoots(const std::vector<Mount>& mounts)
     }
 }
 
-void FrozenMounts::startWatchdog()
+void FrozenMounts::startWatchdog(Watchdog::Patience patience)
 {
     std::vector<int> roots;
     for (const Held& held : m_held) {
         roots.push_back(held.root);
     }
-    std::vector<Stillness> ways(roots.size(), Stillness::None);
-    std::array<int, 2> ends{-1, -1};
-    const int failed = ::pipe2(ends.data(), O_CLOEXEC);
-    m_watchdog = failed == 0 ? ::fork() : -1;
-    if (m_watchdog == 0) {
-        ::close(ends[1]);
-        guardLife(ends[0], roots, ways);
-    }
-    ::close(ends[0]);
-    m_lifeline = ends[1];
-    if (m_watchdog < 0) {
-        throw Failure(ExitCode::Internal, "cannot start a process: " + errorText(errno));
-    }
+    m_watchdog = std::make_unique<Watchdog>(roots, patience);
 }
 
 void FrozenMounts::holdAll()
@@ -157,10 +111,9 @@ void FrozenMounts::holdAll()
     }
 }
 
-bool FrozenMounts::tellWatchdog(const Held& held, Stillness way) const
+bool FrozenMounts::tellWatchdog(const Held& held, Stillness way)
 {
-    const Step step{static_cast<std::size_t>(&held - m_held.data()), way};
-    return ::write(m_lifeline, &step, sizeof step) == sizeof step;
+    return m_watchdog->tell(static_cast<std::size_t>(&held - m_held.data()), way);
 }
 
 int FrozenMounts::holdIn(Held& held, Stillness way)
@@ -169,38 +122,76 @@ int FrozenMounts::holdIn(Held& held, Stillness way)
     if (!tellWatchdog(held, way)) {
         return EPIPE;
     }
-    const int error = holdMount(held.root, way);
+    int error = holdMount(held.root, way);
+    if (error == 0 && m_watchdog->gaveUp()) {
+        // It may have looked before there was anything to release.
+        releaseMount(held.root, way);
+        error = ETIMEDOUT;
+    }
     if (error == 0) {
         held.way = way;
     } else {
-        tellWatchdog(held, Stillness::None);
+        (void)tellWatchdog(held, Stillness::None);
     }
     return error;
+}
+
+void FrozenMounts::setPatience(Watchdog::Patience patience)
+{
+    if (m_watchdog) {
+        m_watchdog->setPatience(patience);
+    }
+}
+
+void FrozenMounts::beat()
+{
+    if (m_watchdog && m_watchdog->gaveUp()) {
+        throwStalled();
+    }
+    if (m_watchdog) {
+        m_watchdog->beat();
+    }
+}
+
+std::string FrozenMounts::release(Held& held)
+{
+    if (held.way == Stillness::None) {
+        return {};
+    }
+    const bool released = releaseMount(held.root, held.way);
+    // What somebody else freezes from now on is not the watchdog's.
+    (void)tellWatchdog(held, Stillness::None);
+    return released ? "" : held.target;
 }
 
 std::string FrozenMounts::releaseAll()
 {
     std::string stuck;
+    const bool mine = m_watchdog && m_watchdog->takeOver();
     for (Held& held : m_held) {
-        if (held.way != Stillness::None && !releaseMount(held.root, held.way)) {
-            stuck = held.target;
-        }
-        // What somebody else freezes from now on is not the watchdog's.
-        if (held.way != Stillness::None) {
-            tellWatchdog(held, Stillness::None);
+        if (const std::string target = mine ? release(held) : ""; !target.empty()) {
+            stuck = target;
         }
         ::close(held.root);
     }
     m_held.clear();
-    if (m_lifeline >= 0) {
-        ::close(std::exchange(m_lifeline, -1));
-        ::waitpid(m_watchdog, nullptr, 0);
-    }
+    m_watchdog.reset();
     return stuck;
+}
+
+void FrozenMounts::throwStalled() const
+{
+    const auto seconds = std::chrono::ceil<std::chrono::seconds>(m_watchdog->patience()).count();
+    throw Failure(ExitCode::Stalled,
+        "nothing went on for " + std::to_string(seconds) + " seconds while the source mounted at "
+            + m_held.front().target + " stood still; it was set going again, and the backup is given up");
 }
 
 void FrozenMounts::thaw()
 {
+    if (m_watchdog && !m_watchdog->takeOver()) {
+        throwStalled();
+    }
     const std::string stuck = releaseAll();
     if (!stuck.empty()) {
         throw Failure(ExitCode::NotRemounted, "cannot make the source at " + stuck + " writable again");

@@ -3,8 +3,9 @@
 
 #include "clone/mounttable.h"
 #include "clone/stillmount.h"
+#include "clone/watchdog.h"
 
-#include <cstddef>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -15,12 +16,13 @@ namespace kestro::clone {
 
 /// Keeps the writable file systems among some mounts at a standstill while it lives, each once: frozen, or read-only
 /// where the file system cannot be frozen. A process of its own sets them going again when this one dies, however it
-/// dies.
+/// dies, or gives no sign of life for too long.
 class FrozenMounts
 {
 public:
     /// Throws Busy when one of them cannot be held; then none is, and what somebody else froze stays frozen.
-    explicit FrozenMounts(const std::vector<Mount>& mounts);
+    /// @param patience how long this process may give no sign of life
+    FrozenMounts(const std::vector<Mount>& mounts, Watchdog::Patience patience);
     ~FrozenMounts();
     FrozenMounts(const FrozenMounts&) = delete;
     FrozenMounts& operator=(const FrozenMounts&) = delete;
@@ -29,7 +31,12 @@ public:
     [[nodiscard]] bool any() const { return !m_held.empty(); }
     /// The devices of the file systems that are frozen; without those that are read-only.
     [[nodiscard]] std::set<dev_t> devices() const;
-    /// Ends the standstill early. Throws NotRemounted when one of them stays read-only.
+    /// The run may give no sign of life so long from now on.
+    void setPatience(Watchdog::Patience patience);
+    /// Gives a sign of life; from any thread. Throws Stalled when the standstill has been ended for want of one.
+    void beat();
+    /// Ends the standstill early. Throws NotRemounted when one of them stays read-only, and Stalled when the standstill
+    /// had ended before: what was read is worth nothing then.
     void thaw();
 
 private:
@@ -42,15 +49,16 @@ private:
         Stillness way = Stillness::None;
     };
     void openRoots(const std::vector<Mount>& mounts);
-    void startWatchdog();
+    void startWatchdog(Watchdog::Patience patience);
     void holdAll();
     [[nodiscard]] int holdIn(Held& held, Stillness way);
-    bool tellWatchdog(const Held& held, Stillness way) const;
+    [[nodiscard]] bool tellWatchdog(const Held& held, Stillness way);
+    std::string release(Held& held);
     std::string releaseAll();
+    [[noreturn]] void throwStalled() const;
 
     std::vector<Held> m_held;
-    pid_t m_watchdog = -1;
-    int m_lifeline = -1;
+    std::unique_ptr<Watchdog> m_watchdog;
 };
 
 } // namespace kestro::clone

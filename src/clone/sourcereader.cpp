@@ -60,10 +60,11 @@ ExtentList HoleList::inDeviceOrder(std::uint64_t deviceSize) const
     return limitedTo(inOrder(m_holes, deviceSize), mostHoles);
 }
 
-SourceReader::SourceReader(const File& device, ReadErrors readErrors, HoleList& holes)
+SourceReader::SourceReader(const File& device, ReadErrors readErrors, HoleList& holes, std::function<void()> beat)
     : m_device(device)
     , m_readErrors(readErrors)
     , m_holes(holes)
+    , m_beat(std::move(beat))
 { }
 
 void SourceReader::read(const ExtentList& pieces, std::span<std::byte> content)
@@ -84,6 +85,7 @@ void SourceReader::readBlockByBlock(const Extent& piece, std::span<std::byte> co
 {
     for (std::uint64_t done = 0; done < piece.length; done += blockSize) {
         throwIfInterrupted();
+        m_beat();
         const auto block = content.subspan(done, std::min(blockSize, piece.length - done));
         try {
             m_device.readAt(block, piece.offset + done);

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <span>
 
@@ -33,7 +34,8 @@ class SourceReader
 {
 public:
     /// Keeps the references; they must outlive this object.
-    SourceReader(const File& device, ReadErrors readErrors, HoleList& holes);
+    /// @param beat called while a place that cannot be read at once is tried block by block
+    SourceReader(const File& device, ReadErrors readErrors, HoleList& holes, std::function<void()> beat);
 
     /// Fills the content. With Rescue an unreadable place becomes zeros and a hole, unless the device is gone;
     /// else ReadError is thrown.
@@ -45,6 +47,7 @@ private:
     const File& m_device;
     const ReadErrors m_readErrors;
     HoleList& m_holes;
+    const std::function<void()> m_beat;
     PiecesIo m_io;
 };
 
