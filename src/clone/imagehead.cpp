@@ -107,15 +107,23 @@ ImageHead readHead(const File& image)
 ImageHead writeFreshHead(const File& image, const CustomFiles& files)
 {
     ImageHead head{randomId(), {}, 0};
-    image.truncate(0);
-    image.truncate(bodyPosition);
     head.root.sequence = 1;
-    head.root.custom = writeSection(image, encodeCustomFiles(files), bodyPosition);
-    head.root.fileSize = bodyPosition + head.root.custom.size;
-    writeBlock(image, encodeHeader(head.id), 0);
-    writeBlock(image, encodeRoot(head.root, head.id), slotPosition(0));
-    writeBlock(image, encodeRoot(RootRecord{}, head.id), slotPosition(1));
+    AlignedBuffer buffer(bodyPosition);
+    const auto put = [&buffer](const Block& block, std::uint64_t position) {
+        std::copy(block.begin(), block.end(), buffer.bytes().subspan(position).begin());
+    };
+    put(encodeHeader(head.id), 0);
+    put(encodeRoot(head.root, head.id), slotPosition(0));
+    put(encodeRoot(RootRecord{}, head.id), slotPosition(1));
+    image.truncate(0);
+    image.writeAt(buffer.bytes(), 0);
     image.sync();
+    if (!files.empty()) {
+        RootRecord root = head.root;
+        root.custom = writeSection(image, encodeCustomFiles(files), bodyPosition);
+        root.fileSize = bodyPosition + root.custom.size;
+        commitRoot(image, head, root);
+    }
     return head;
 }
 
@@ -169,12 +177,12 @@ ImageState imageStateAt(const std::string& path)
         return ImageState::Missing;
     }
     const File image = File::open(path, O_RDONLY);
-    std::array<std::byte, 8> magic{};
-    if (image.size() >= magic.size()) {
-        image.readAt(magic, 0);
-    }
-    if (!hasImageMagic(magic)) {
-        return ImageState::Foreign;
+    std::array<std::byte, bodyPosition> bytes{};
+    const auto beginning = std::span(bytes).first(std::min<std::uint64_t>(image.size(), bytes.size()));
+    image.readAt(beginning, 0);
+    const bool hasBody = image.size() > bodyPosition;
+    if (!hasImageMagic(beginning)) {
+        return hasBody || !isZero(beginning) ? ImageState::Foreign : ImageState::Missing;
     }
     try {
         return readHead(image).root.complete ? ImageState::Complete : ImageState::Incomplete;
@@ -182,7 +190,8 @@ ImageState imageStateAt(const std::string& path)
         if (failure.code() != ExitCode::InvalidImage) {
             throw;
         }
-        return ImageState::Damaged;
+        // What a power cut left of a head behind which there is nothing.
+        return hasBody ? ImageState::Damaged : ImageState::Missing;
     }
 }
 

@@ -33,8 +33,8 @@ struct ImageHead
 /// is shorter than the root says: no record is trusted over a damaged one.
 [[nodiscard]] ImageHead readHead(const File& image);
 
-/// Makes an open file an empty, incomplete image with these custom files: header, both roots, custom section; durable
-/// when it returns. What the file held before is lost.
+/// Makes an open file an empty, incomplete image with these custom files, durably. What the file held before is lost. A
+/// power cut on the way leaves an incomplete image, or what counts as none at all.
 [[nodiscard]] ImageHead writeFreshHead(const File& image, const CustomFiles& files);
 
 /// Puts a new root record in force: writes it to the place that is not in use and makes it durable.
@@ -49,7 +49,7 @@ void commitRoot(const File& image, ImageHead& head, const RootRecord& root);
 /// What stands at a path, for those who want to write an image there.
 enum class ImageState { Missing, Foreign, Damaged, Incomplete, Complete };
 
-/// Missing also for an empty file. Throws when the path cannot be read or is no regular file.
+/// Missing also for an empty file, and for one that ends with its head and was never more than begun. Throws when the path cannot be read or is no regular file.
 [[nodiscard]] ImageState imageStateAt(const std::string& path);
 
 /// Reads a section from front to back through a small aligned buffer and checks its hash.

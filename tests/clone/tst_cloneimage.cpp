@@ -6,6 +6,7 @@
 #include "clone/failure.h"
 #include "clone/file.h"
 #include "clone/imagereader.h"
+#include "clone/newimage.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -105,7 +106,7 @@ void everyTruncationShows(const std::string& path)
 void olderRootsStayOutOfForce(const std::string& path)
 {
     const ImageReader image(path);
-    check(image.head().root.complete && image.head().root.sequence == 3, "begun, completed, one file added");
+    check(image.head().root.complete && image.head().root.sequence == 4, "begun, named, completed, one file added");
     check(!isGoodWithFlippedBit(path, (rootPosition + image.head().slot * rootSize + 100) * 8), "the newest root");
 }
 
@@ -153,6 +154,45 @@ void powerCutsLeaveTheOldFilesOrTheNew(const std::string& path)
     std::filesystem::remove(copy);
 }
 
+ImageState stateOf(const std::string& path, const std::string& bytes)
+{
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+    return imageStateAt(path);
+}
+
+/// The power fails while an image is begun: the next run begins it again instead of refusing what it finds.
+void powerCutsAtTheBeginningAreNoObstacle(const std::string& path)
+{
+    const std::string copy = path + ".begun";
+    {
+        const NewImage begun(copy);
+    }
+    const std::string head = contentOfFile(copy);
+    check(head.size() == bodyPosition && imageStateAt(copy) == ImageState::Incomplete, "an image that was begun");
+    std::mt19937 random(3); // NOLINT: the same numbers in every run
+    constexpr std::size_t sector = 512;
+    for (int round = 0; round < 300; ++round) {
+        std::string torn = head;
+        for (std::size_t place = 0; place < torn.size(); place += sector) {
+            torn.replace(place, sector, random() % 2 == 0 ? head.substr(place, sector) : std::string(sector, '\0'));
+        }
+        const ImageState state = stateOf(copy, round == 0 ? std::string(head.size(), '\0') : torn);
+        check(state == ImageState::Missing || state == ImageState::Incomplete || torn[0] == '\0', "torn, not foreign");
+        if (state == ImageState::Missing) {
+            const NewImage again(copy);
+        }
+    }
+    check(stateOf(copy, std::string(4096, '\0')) == ImageState::Missing, "a few zeros");
+    check(stateOf(copy, head + "half a custom file") == ImageState::Incomplete, "begun, with something behind it");
+    check(stateOf(copy, std::string(bodyPosition + 1, '\0')) == ImageState::Foreign, "more zeros than a head has");
+    check(stateOf(copy, "text") == ImageState::Foreign, "somebody's text");
+    const std::string damaged = std::string(1, 'X') + contentOfFile(path).substr(1);
+    check(stateOf(copy, damaged) == ImageState::Foreign, "a complete image with a damaged magic");
+    const std::string rootless = contentOfFile(path).replace(rootPosition, 2 * rootSize, 2 * rootSize, '\0');
+    check(stateOf(copy, rootless) == ImageState::Damaged, "a complete image without its roots");
+    std::filesystem::remove(copy);
+}
+
 } // namespace
 
 int main()
@@ -168,6 +208,7 @@ int main()
     oneFlippedBitShows(path);
     everyTruncationShows(path);
     powerCutsLeaveTheOldFilesOrTheNew(path);
+    powerCutsAtTheBeginningAreNoObstacle(path);
     std::filesystem::remove_all(folder);
     return checkResult();
 }
