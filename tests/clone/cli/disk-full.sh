@@ -7,7 +7,7 @@ levels=5
 noisy_source 64M 20000000
 kc --tui "$source" a.kim
 whole=$(($(stat -c %s a.kim) / 1024))
-wrong=0
+wrong=0 fitted=0
 device full 48M
 for ((level = 0; level < levels; level++)); do
     mkfs.ext4 -q -F -b 1024 -m 0 -O ^has_journal "$full" $((4096 + whole * level / levels))
@@ -17,11 +17,14 @@ for ((level = 0; level < levels; level++)); do
     timeout 30 "$KESTRO_CLONE" --tui "$source" f/b.kim >/dev/null 2>err || status=$?
     if [ "$free" -gt "$whole" ]; then
         [ "$status" = 0 ] || wrong=$((wrong + 1))
+        fitted=$((fitted + 1))
     else
+        cp err said
         [ "$status" = 10 ] && [ "$(wc -l <err)" = 1 ] && ! "$KESTRO_CLONE" --kim-info f/b.kim >/dev/null 2>&1 &&
             [ "$(df -B1024 --output=avail f | tail -n 1)" -gt $((free - 200)) ] || wrong=$((wrong + 1))
     fi
     umount f
 done
-echo "wrong: $wrong"
-sed "s#[0-9.]* [KM]iB ([0-9]* bytes)#SIZE#" err
+figures "$levels levels, of which $fitted had room enough"
+[ "$fitted" -lt 3 ] && echo "wrong: $wrong"
+sed "s#[0-9.]* [KM]iB ([0-9]* bytes)#SIZE#" said
