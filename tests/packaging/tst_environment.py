@@ -56,6 +56,23 @@ class ScaleFactor(unittest.TestCase):
         self.assertEqual(self.factors([(1024, 600), (1920, 1080), (3840, 2160), (7680, 4320)]), [1, 1.25, 2.5, 5.25])
 
 
+class InitialMemory(unittest.TestCase):
+    def test_only_drivers_that_no_local_disk_needs_go(self):
+        kept = ("drivers/nvme/host/nvme.ko", "drivers/scsi/sd_mod.ko", "drivers/usb/storage/uas.ko", "fs/ext4/ext4.ko",
+                "fs/nfs_format.ko", "drivers/hid/hid-generic.ko", "crypto/xts.ko")
+        gone = ("drivers/net/ethernet/intel/e1000/e1000.ko", "drivers/gpu/drm/drm.ko", "fs/nfs/nfs.ko", "net/sunrpc/sunrpc.ko")
+        with tempfile.TemporaryDirectory() as folder:
+            modules = pathlib.Path(folder, "usr/lib/modules/6.1.0-9-amd64/kernel")
+            for name in kept + gone:
+                (modules / name).parent.mkdir(parents=True, exist_ok=True)
+                (modules / name).touch()
+            for words in (["prereqs"], []):
+                subprocess.run([HERE.parents[1] / "recovery-image/initramfs-hook", *words], check=True,
+                               env={**os.environ, "DESTDIR": folder})
+                left = {str(path.relative_to(modules)) for path in modules.rglob("*.ko")}
+                self.assertEqual(left, set(kept if not words else kept + gone))
+
+
 class Session(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
