@@ -2,6 +2,7 @@
 """Runs scenarios of the whole machine; dev/vm calls it."""
 import argparse
 import dataclasses
+import os
 import pathlib
 import shutil
 import signal
@@ -58,8 +59,10 @@ def main() -> int:
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(number, lambda received, _: sys.exit(128 + received))
     recovery_system = product.recovery_system(options.image)
-    names = {"all": list(SCENARIOS), "smoke": [SMOKE]}.get(options.scenario, [options.scenario])
+    os.environ["PATH"] = f"{product.image_tool(recovery_system)}:{os.environ['PATH']}"
+    names = {"all": list(SCENARIOS), "smoke": SMOKE}.get(options.scenario, [options.scenario])
     results = [tell(name, recovery_system) for name in names]
+    (WORK / f"{options.scenario}.md").write_text(table(results) + "\n", encoding="utf-8")
     print(f"\n{table(results)}")
     failed = any(result.failed for result in results)
     print("FAIL" if failed else "PASS")

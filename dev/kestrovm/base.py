@@ -64,11 +64,21 @@ def debian() -> pathlib.Path:
         *(f"--dpkgopt=path-exclude={pattern}" for pattern in LEFT_OUT), "bookworm", folder / "tree")) / "tree"
 
 
+def prepare_for_encryption(root: pathlib.Path, tree: Tree):
+    """The kernel's parameters name the container: nothing of it is there yet that a table could be checked against."""
+    tree.file("etc/cryptsetup-initramfs/conf-hook", "CRYPTSETUP=y\n")
+    tree.file("etc/default/grub", FILES["etc/default/grub"].replace(
+        KERNEL_PARAMETERS, f"{KERNEL_PARAMETERS} cryptopts=source=UUID={layout.CONTAINER_UUID},target=luks_crypt0"))
+    run("chroot", root, "update-initramfs", "-u", "-k", "all")
+
+
 def furnish(root: pathlib.Path, name: str):
     """Makes a machine of the bare distribution at ROOT."""
     tree = Tree(root, 7)
     for file, text in (FILES | {"etc/fstab": fstab(name)}).items():
         tree.file(file, text)
+    if name == "luks":
+        prepare_for_encryption(root, tree)
     tree.file("usr/local/sbin/say-up", SAY_UP, 0o755)
     for folder in ("recovery", "data", "boot/efi"):
         tree.directory(folder)

@@ -49,6 +49,15 @@ class Line:
             raise SwitchedOff(f"the machine went off without saying {tail}")
         raise LabError(f"not said within {seconds:g} seconds: {tail}")
 
+    def heard_within(self, seconds: float, *patterns: str) -> str:
+        """What of PATTERNS is heard; empty after that time without any."""
+        try:
+            return self.expect(*patterns, seconds=seconds)[0]
+        except SwitchedOff:
+            raise
+        except LabError:
+            return ""
+
     def send(self, text: str):
         try:
             self.socket.sendall(text.encode())

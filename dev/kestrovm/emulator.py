@@ -7,11 +7,10 @@ import shutil
 import struct
 import subprocess
 import tempfile
-import time
 
 from kestrolab.process import LabError, stop, wait_until
 
-from .console import Line, Shell, SwitchedOff
+from .console import Line, Shell
 from .qmp import Control
 
 MEMORY = 2560  # MiB: the recovery system runs from RAM
@@ -48,16 +47,17 @@ class Computer:
     """
 
     def __init__(self, workspace: pathlib.Path, drives: list[Drive], kernel: Kernel | None = None,
-                 variables: pathlib.Path | None = None):
-        """VARIABLES: the firmware's memory, for UEFI instead of BIOS."""
+                 variables: pathlib.Path | None = None, label: str = ""):
+        """VARIABLES: the firmware's memory, for UEFI instead of BIOS. LABEL begins the names of pictures."""
         self.workspace, self.drives, self.kernel, self.variables = workspace, drives, kernel, variables
+        self.label = label
         self.sockets = pathlib.Path(tempfile.mkdtemp(prefix="kestro-vm-"))
 
     def command(self) -> list[str]:
         words = ["qemu-system-x86_64", "-nodefaults", "-no-user-config", "-no-reboot", "-display", "none",
                  "-machine", "q35", "-accel", os.environ.get("KESTRO_VM_ACCEL", "tcg,thread=multi,tb-size=512"),
                  "-cpu", PROCESSOR, "-smp", "2", "-m", str(MEMORY), "-vga", "std", "-device", "virtio-rng-pci",
-                 "-device", "qemu-xhci", "-device", "usb-tablet", "-device", "usb-kbd",
+                 "-device", "virtio-tablet-pci",
                  "-qmp", f"unix:{self.sockets}/qmp,server=on,wait=off"]
         for name in ("console", "shell"):
             words += ["-chardev", f"socket,id={name},path={self.sockets}/{name},server=on,wait=off,"
@@ -110,28 +110,20 @@ class Computer:
 
     def picture(self, name: str):
         """Of the screen, into the workspace."""
-        self.control.execute("screendump", filename=str(self.workspace / f"{name}.png"), format="png")
+        self.control.execute("screendump", filename=str(self.workspace / f"{self.label}{name}.png"), format="png")
 
     def screen_size(self) -> tuple[int, int]:
         """Width and height in pixels, as the head of a picture tells them (PNG specification, IHDR)."""
         self.picture("screen")
-        return struct.unpack(">II", (self.workspace / "screen.png").read_bytes()[16:24])
+        return struct.unpack(">II", (self.workspace / f"{self.label}screen.png").read_bytes()[16:24])
 
-    def choose_last_menu_entry(self, seconds: float):
-        """In the boot menu. The first key opens it; keys that come too early wait in order."""
-        deadline = time.monotonic() + seconds
-        while time.monotonic() < deadline:
-            for key in ("down", "down", "down", "down", "ret"):
-                self.press(key)
-                time.sleep(0.2)
-            try:
-                self.console.expect("Linux version", seconds=1)
-                return
-            except SwitchedOff:
-                raise
-            except LabError:
-                continue
-        raise LabError("no kernel was started from the boot menu")
+    def choose_recovery_system(self, seconds: float):
+        """The last entry of the installed system's boot menu, which is shown and read on the serial line too.
+
+        Where that menu is gone, the machine is expected to go there by itself.
+        """
+        if self.console.expect("Kestro Recovery", "Linux version", seconds=seconds)[0] == "Kestro Recovery":
+            self.console.send("\x05\r")  # Ctrl+E goes to the last entry (GRUB manual, "The menu interface")
 
     def press(self, *keys: str):
         """Keys pressed together, by their QEMU names (qapi: QKeyCode)."""

@@ -8,17 +8,20 @@ import tempfile
 from kestrolab.process import run
 
 from . import base, layout
-from .emulator import FIRMWARE, KERNEL_PARAMETERS, Computer, Drive
+from .emulator import FIRMWARE, KERNEL_PARAMETERS, Computer, Drive, Kernel
 from .product import as_rescue_stick
 from .stages import PROJECT, digest, sources, stage
 
 STICK = "KESTROSTICK"
 INSTALL_LIMIT = 5400
 START_LIMIT = 1800
-# The shell and the messages on the serial lines; everything else is what a person's machine gets.
-WATCHED = f"{KERNEL_PARAMETERS} systemd.debug_shell=ttyS1"
-BUILT_FROM = ("recovery-image", "scripts", "dev/kestrovm/base.py", "dev/kestrovm/emulator.py", "dev/kestrovm/installed.py",
-              "dev/kestrovm/layout.py", "dev/kestrovm/install-machine", "dev/kestrolab/content.py")
+# The shell and the messages on the serial lines, and patience; everything else is what a person's machine gets.
+WATCHED = f"{KERNEL_PARAMETERS} loglevel=6 systemd.debug_shell=ttyS1 systemd.default_timeout_start_sec=1800"
+# What a machine's firmware remembers when it is new.
+FIRMWARE_MEMORY = FIRMWARE / "OVMF_VARS_4M.fd"
+PASSPHRASE = "kestro"
+BUILT_FROM = ("recovery-image", "scripts", "dev/kestrovm/base.py", "dev/kestrovm/installed.py", "dev/kestrovm/layout.py",
+              "dev/kestrovm/install-machine", "dev/kestrolab/content.py")
 
 
 @dataclasses.dataclass(frozen=True)
@@ -41,48 +44,71 @@ class Installed:
 
 
 def installed(kind: Kind, recovery_system: pathlib.Path) -> Installed:
-    key = digest(*sources(*BUILT_FROM), recovery_system / "filesystem.squashfs", recovery_system / "initrd.img")
+    key = digest(KERNEL_PARAMETERS, *sources(*BUILT_FROM),
+                 *(recovery_system / name for name in ("filesystem.squashfs", "initrd.img")))
     folder = stage(f"installed-{kind.name()}", key, lambda draft: install(draft, kind, recovery_system))
     return Installed(folder / "system.raw", folder / "backup.raw", folder / "variables" if kind.uefi else None,
                      recovery_system)
 
 
 def install(folder: pathlib.Path, kind: Kind, recovery_system: pathlib.Path):
-    make_disks(folder, kind)
-    make_stick(folder / "stick.raw", recovery_system)
+    make_disks(folder, kind, recovery_system)
     if kind.uefi:
-        shutil.copyfile(FIRMWARE / "OVMF_VARS_4M.fd", folder / "variables")
+        shutil.copyfile(FIRMWARE_MEMORY, folder / "variables")
     drives = [Drive(folder / "system.raw", layout.SYSTEM_SERIAL, "raw"), Drive(folder / "stick.raw", STICK, "raw")]
-    kernel = as_rescue_stick(recovery_system, STICK, f"{WATCHED} systemd.unit=multi-user.target")
+    kernel = rescue_kernel(recovery_system, "systemd.unit=multi-user.target")
     data = layout.DATA.uuid if kind.layout == "data" else ""
     with Computer(folder, drives, kernel, folder / "variables" if kind.uefi else None) as computer:
         computer.shell.wait_until_ready(START_LIMIT)
         computer.shell.run("systemctl is-system-running --wait || true", START_LIMIT)
         computer.shell.run(f"/run/live/medium/install-machine {layout.ROOT.uuid} {layout.RECOVERY.uuid} '{data}' "
-                           f"'{WATCHED}'", INSTALL_LIMIT)
+                           f"'{WATCHED}' {kind.layout} {layout.CONTAINER_UUID} {PASSPHRASE}", INSTALL_LIMIT)
         computer.shell.send("poweroff\r")
         computer.wait_for_end(START_LIMIT)
     (folder / "stick.raw").unlink()
 
 
-def make_disks(folder: pathlib.Path, kind: Kind):
+def rescue_kernel(recovery_system: pathlib.Path, parameters: str = "") -> Kernel:
+    """The recovery system started from the rescue medium of make_stick()."""
+    return as_rescue_stick(recovery_system, STICK, f"{WATCHED} {parameters}".rstrip())
+
+
+def make_disks(folder: pathlib.Path, kind: Kind, recovery_system: pathlib.Path):
+    """Also the medium from which the machine is installed."""
+    further = {}
     with tempfile.TemporaryDirectory(dir=folder) as work:
-        root, boot = pathlib.Path(work, "root"), pathlib.Path(work, "boot")
+        root, boot, root_image = (pathlib.Path(work, name) for name in ("root", "boot", "root.img"))
         run("cp", "-a", base.debian(), root)
         base.furnish(root, kind.layout)
         (root / "boot").rename(boot)
         (root / "boot").mkdir()
-        layout.make_disk(folder / "system.raw", layout.SYSTEM_DISKS[kind.layout], {"root": root, "boot": boot})
+        partitions = layout.SYSTEM_DISKS[kind.layout]
+        if layout.CONTAINER in partitions:
+            with open(root_image, "wb") as file:
+                file.truncate(layout.ROOT.size * layout.MIB)
+            layout.make_file_system(root_image, layout.ROOT, root)
+            further["root.img"] = root_image
+        layout.make_disk(folder / "system.raw", partitions, {"root": root, "boot": boot})
+        make_stick(folder / "stick.raw", recovery_system, further)
     layout.make_disk(folder / "backup.raw", layout.BACKUP_DISK, {})
 
 
-def make_stick(image: pathlib.Path, recovery_system: pathlib.Path):
-    """The medium from which a machine is installed or rescued: the recovery system and its installer."""
+def make_stick(image: pathlib.Path, recovery_system: pathlib.Path, further: dict[str, pathlib.Path | str]):
+    """The medium from which a machine is installed or rescued: the recovery system and its installer.
+
+    FURTHER names files to put there, by their places: files or texts.
+    """
     with tempfile.TemporaryDirectory(dir=image.parent) as work:
         tree = pathlib.Path(work)
-        shutil.copytree(recovery_system, tree / "image")
+        shutil.copytree(recovery_system, tree / "recovery_live")
         for folder in ("recovery-image", "scripts"):
             shutil.copytree(PROJECT / folder, tree / folder)
         shutil.copy(pathlib.Path(__file__).with_name("install-machine"), tree)
+        for name, content in further.items():
+            (tree / name).parent.mkdir(exist_ok=True)
+            if isinstance(content, str):
+                (tree / name).write_text(content, encoding="utf-8")
+            else:
+                run("cp", "--sparse=always", content, tree / name)
         size = int(run("du", "-sm", tree).stdout.split()[0]) * 5 // 4 + 64
         run("mkfs.ext4", "-q", "-F", "-d", tree, image, f"{size}M")

@@ -35,9 +35,20 @@ RECOVERY = Partition("recovery", 1800, uuid="6b000004-0000-4000-8000-00000000000
 DATA = Partition("data", 400, uuid="6b000005-0000-4000-8000-000000000005")
 TARGET = Partition("backups", 4000, uuid="6b000006-0000-4000-8000-000000000006")
 
+# Filled by the installer: the root file system lies on a volume or in a container there.
+CONTAINER = Partition("container", ROOT.size + 32, file_system="")
+CONTAINER_UUID = "6b000007-0000-4000-8000-000000000007"  # with LUKS
+
 SYSTEM_DISKS = {"plain": (BIOS, EFI, BOOT, ROOT, SWAPPED, RECOVERY),
-                "data": (BIOS, EFI, BOOT, ROOT, SWAPPED, RECOVERY, DATA)}
+                "data": (BIOS, EFI, BOOT, ROOT, SWAPPED, RECOVERY, DATA),
+                "lvm": (BIOS, EFI, BOOT, CONTAINER, SWAPPED, RECOVERY),
+                "luks": (BIOS, EFI, BOOT, CONTAINER, SWAPPED, RECOVERY)}
 BACKUP_DISK = (TARGET,)
+
+
+def size_of(partitions) -> int:
+    """Of the disk that holds them, in MiB, with both copies of the table."""
+    return sum(partition.size for partition in partitions) + 2
 
 
 def offsets(partitions) -> list[int]:
@@ -58,7 +69,7 @@ def table(partitions) -> str:
 def make_disk(image: pathlib.Path, partitions, trees: dict[str, pathlib.Path]):
     """A sparse raw image; TREES fills partitions, by name."""
     with open(image, "wb") as file:
-        file.truncate((sum(partition.size for partition in partitions) + 2) * MIB)
+        file.truncate(size_of(partitions) * MIB)
     run("sfdisk", "--quiet", image, input=table(partitions))
     for start, partition in zip(offsets(partitions), partitions):
         if partition.file_system:

@@ -9,8 +9,10 @@ from kestrolab.process import LabError, run
 from .emulator import Kernel
 from .stages import PROJECT, digest, sources, stage
 
-PRODUCT = ("CMakeLists.txt", "CMakePresets.json", "cmake", "docs", "packaging", "recovery-image", "resources", "scripts",
-           "src", "translations", "dev/package")
+# Without the documents, which the image is stripped of.
+PRODUCT = ("CMakeLists.txt", "CMakePresets.json", "cmake", "docs/CMakeLists.txt", "packaging", "recovery-image", "resources",
+           "scripts", "src", "translations", "dev/package")
+TOOL = "usr/bin/kestro-clone"
 FILES = ("vmlinuz", "initrd.img", "filesystem.squashfs", "manifest.txt")
 
 
@@ -24,6 +26,13 @@ def recovery_system(ready_made: pathlib.Path | None) -> pathlib.Path:
     return stage("recovery-system", digest(*sources(*PRODUCT)), build)
 
 
+def image_tool(system: pathlib.Path) -> pathlib.Path:
+    """The folder with the image tool of the recovery system, for looks at images from outside."""
+    squashfs = system / "filesystem.squashfs"
+    return stage("image-tool", digest(squashfs), lambda folder: run(
+        "unsquashfs", "-quiet", "-no-progress", "-force", "-dest", folder, squashfs, TOOL)) / pathlib.Path(TOOL).parent
+
+
 def build(folder: pathlib.Path):
     environment = os.environ | {"KESTRO_SKIP_INSTALL": "1"}
     for command in (["dev/package"], ["recovery-image/build"]):
@@ -34,6 +43,6 @@ def build(folder: pathlib.Path):
 
 
 def as_rescue_stick(system: pathlib.Path, serial: str, parameters: str) -> Kernel:
-    """The recovery system started from the drive with that serial number, whose folder "image" holds it."""
+    """The recovery system started from the drive with that serial number, whose folder "recovery_live" holds it."""
     return Kernel(system / "vmlinuz", system / "initrd.img",
-                  f"boot=live live-media-path=image live-media=/dev/disk/by-id/virtio-{serial} {parameters}")
+                  f"boot=live live-media-path=recovery_live live-media=/dev/disk/by-id/virtio-{serial} {parameters}")

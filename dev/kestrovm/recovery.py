@@ -19,7 +19,7 @@ class RecoveryRun:
 
     def __init__(self, computer: Computer):
         self.computer = computer
-        self.read = 0
+        self.lines = 0
         self.text = ""
         self.pictured = 0
 
@@ -29,9 +29,10 @@ class RecoveryRun:
         self.wait_for("MainWindow::initUI isLvm", seconds=seconds)
 
     def look(self):
-        """Takes what the log has got since the last look."""
-        new = self.computer.shell.attempt(f"tail -c +{self.read + 1} {LOG} 2>/dev/null || true")[1]
-        self.read += len(new.encode("utf-8", "replace"))
+        """Takes the lines that the log has got since the last look. Their number stays when names are removed from them."""
+        new = self.computer.shell.attempt(f"tail -n +{self.lines + 1} {LOG} 2>/dev/null || true")[1]
+        new = new[:new.rfind("\n") + 1]
+        self.lines += new.count("\n")
         self.text += new
         with open(self.computer.workspace / "program.log", "a", encoding="utf-8") as log:
             log.write(new)
@@ -66,11 +67,15 @@ class RecoveryRun:
         """The sentence that the person is shown; empty after a success."""
         return next((line.partition(FAILED)[2] for line in self.text.splitlines() if FAILED in line), "")
 
-    def click_button(self, place=REBOOT_NOW):
+    def click(self, place: tuple[int, int]):
         """PLACE as in kestrolab.pointer: pixels of the window's own scale, from the middle of the screen."""
         width, height = self.computer.screen_size()
         scale = float(self.computer.shell.run(f". {SCALE}; scale_factor {width} {height}"))
         self.computer.click(0.5 + place[0] * scale / width, 0.5 + place[1] * scale / height)
+
+    def click_button(self):
+        """The one of the end page."""
+        self.click(REBOOT_NOW)
 
     def watch_until_restart(self, seconds: float) -> str:
         """Follows a task after which the machine restarts by itself; why it went off."""

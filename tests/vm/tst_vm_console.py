@@ -11,10 +11,12 @@ import sys
 import tempfile
 import threading
 import unittest
+from unittest import mock
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "dev"))
 
 from kestrolab.process import LabError  # noqa: E402
+from kestrovm import recovery  # noqa: E402
 from kestrovm.console import Shell, SwitchedOff  # noqa: E402
 
 
@@ -56,6 +58,7 @@ class Console(unittest.TestCase):
     def setUp(self):
         holder = tempfile.TemporaryDirectory()
         self.addCleanup(holder.cleanup)
+        self.folder = holder.name
         path = str(pathlib.Path(holder.name, "shell"))
         self.machine = Machine(path)
         self.addCleanup(self.machine.cut)
@@ -84,6 +87,24 @@ class Console(unittest.TestCase):
     def test_silence_is_an_error(self):
         with self.assertRaisesRegex(LabError, "not said within 1 seconds"):
             self.shell.attempt("sleep 20", 1)
+
+    def test_what_is_not_heard_in_time_is_empty(self):
+        self.shell.send("echo BOOT; echo MENU\r")
+        self.assertEqual(self.shell.heard_within(30, "MENU\r?\n"), "MENU\r\n")
+        self.assertEqual(self.shell.heard_within(0.2, "MENU"), "")
+
+    def test_log_whose_lines_become_shorter(self):
+        """The program removes people's names from its log before it saves it."""
+        log = pathlib.Path(self.folder, "log")
+        computer = mock.Mock(shell=self.shell, workspace=pathlib.Path(self.folder))
+        program = recovery.RecoveryRun(computer)
+        with mock.patch.object(recovery, "LOG", log):
+            log.write_text("[x] job start: /home/someone/image\nsecond\nunfinis")
+            program.look()
+            log.write_text("[x] job start: /home/xxx/image\nsecond\nunfinished\nsaved\n")
+            program.look()
+        self.assertEqual(program.text, "[x] job start: /home/someone/image\nsecond\nunfinished\nsaved\n")
+        computer.picture.assert_called_once_with("working-page-1")
 
     def test_machine_that_goes_off(self):
         with self.assertRaises(SwitchedOff):

@@ -45,11 +45,19 @@ def check_reset(lab: Lab, before: UsedMachine, outcome: Outcome, kept_of_data):
     lab.checks.same("the system is the fresh one, without what moves to the data partition",
                     {name: entry for name, entry in before.fresh.items() if top_of(name) not in ARCHIVED},
                     lab.machine.manifest(ROOT), check.root_time)
-    kept = {name: entry for name, entry in before.data.items() if top_of(name) not in ARCHIVED and kept_of_data(name)}
-    expected = kept | {name: entry for name, entry in before.fresh.items() if top_of(name) in ARCHIVED}
-    emptied = {str(pathlib.PurePath(name).parent) for name in before.data.keys() - expected.keys()}
+    expected, emptied = data_after_reset(before, kept_of_data)
     lab.checks.same("the data partition holds what was kept and the fresh folders", expected,
                     lab.machine.manifest(DATA), check.folder_times(".", *emptied))
+
+
+def data_after_reset(before, kept_of_data) -> tuple[dict, set[str]]:
+    """The manifest that the data partition must have, and the folders out of which entries went.
+
+    BEFORE tells in "data" what lay there, and in "fresh" what the initial image holds.
+    """
+    kept = {name: entry for name, entry in before.data.items() if top_of(name) not in ARCHIVED and kept_of_data(name)}
+    expected = kept | {name: entry for name, entry in before.fresh.items() if top_of(name) in ARCHIVED}
+    return expected, {str(pathlib.PurePath(name).parent) for name in before.data.keys() - expected.keys()}
 
 
 def top_of(name: str) -> str:

@@ -6,7 +6,11 @@ import typing
 from ..installed import Kind
 from ..story import Story
 from .backup import backup
-from .restore import restore
+from .disk import disk_backup, disk_restore
+from .live import live
+from .powercut import powercut
+from .reset import factory_reset, keep_files
+from .restore import restore, restore_with_loaders
 
 
 @dataclasses.dataclass
@@ -18,6 +22,15 @@ class Scenario:
 SCENARIOS = {
     "backup": Scenario(backup),
     "restore": Scenario(restore),
+    "bios": Scenario(restore_with_loaders),
+    "uefi": Scenario(restore_with_loaders, Kind(uefi=True)),
+    "disk-backup": Scenario(disk_backup),
+    "disk-restore": Scenario(disk_restore),
+    "factory-reset": Scenario(factory_reset, Kind("data")),
+    "keep-files": Scenario(keep_files, Kind("data")),
+    "live": Scenario(live),
+    "lvm": Scenario(live, Kind("lvm")),
+    "luks": Scenario(live, Kind("luks")),
+    "powercut": Scenario(powercut),
 }
-# A backup, and a restore of it.
-SMOKE = "restore"
+SMOKE = ("backup", "restore")

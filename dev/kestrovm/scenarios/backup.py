@@ -12,14 +12,17 @@ from .. import layout
 from ..story import TASK_LIMIT, Story
 
 BOOT_IMAGE = "boot.kim"
+STATE = ("backed-up", pathlib.Path(__file__))
+
+
+def image_task(partition: layout.Partition, name: str) -> dict:
+    return {"command": "create-backup-image",
+            "args": [f"UUID:{partition.uuid}", f"UUID:{layout.TARGET.uuid}", f"/{BACKUP}", name]}
 
 
 def backup_tasks() -> list[dict]:
     """An image of each partition that the system starts from, and the archives."""
-    def image(partition, name):
-        return {"command": "create-backup-image",
-                "args": [f"UUID:{partition.uuid}", f"UUID:{layout.TARGET.uuid}", f"/{BACKUP}", name]}
-    return [image(layout.BOOT, BOOT_IMAGE), image(layout.ROOT, IMAGE),
+    return [image_task(layout.BOOT, BOOT_IMAGE), image_task(layout.ROOT, IMAGE),
             {"command": "create-backup-directory", "args": [layout.ROOT.uuid, layout.TARGET.uuid, f"/{BACKUP}"]}]
 
 
@@ -28,18 +31,23 @@ def backup(story: Story):
     story.check_boots("the installed system starts by itself after the backup")
 
 
-def make_backup(story: Story) -> dict:
-    """Up to the restart; the manifest of the root file system at that moment."""
+def with_backup(story: Story):
+    """The machine as a backup leaves it."""
+    story.once(*STATE, tell=make_backup)
+
+
+def make_backup(story: Story):
+    """Up to the restart."""
     with story.installed_system() as (computer, _):
-        story.leave_task(computer, "SystemBackup", backup_tasks(), auto_reboot=True)
-        story.restart_into_recovery(computer)
-    with story.recovery_system() as run:
-        reason = run.watch_until_restart(TASK_LIMIT)
+        story.restart_with_task(computer, "SystemBackup", backup_tasks())
+    with story.recovery_system() as program:
+        reason = program.watch_until_restart(TASK_LIMIT)
         story.checks.that("the machine restarts by itself when the backup is done", reason == "guest-reset", reason)
-    return check_backup(story)
+    check_backup(story)
+    story.keep(*STATE)
 
 
-def check_backup(story: Story) -> dict:
+def check_backup(story: Story):
     with story.system_disk() as view:
         with view.mounted("recovery") as folder:
             check.check_recovery_folder(story.checks, folder, SUCCEEDED)
@@ -58,4 +66,3 @@ def check_backup(story: Story) -> dict:
         for name in ARCHIVED:
             check.check_archive(story.checks, pathlib.Path(scratch), target / BACKUP / f"{name}.tar", layout.ROOT.uuid,
                                 compare.subtree(source, name))
-    return source

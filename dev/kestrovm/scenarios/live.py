@@ -1,0 +1,64 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""No task is pending: a person finds the way through the restore page with mouse and keys, and the machine is reset."""
+import re
+import time
+
+from kestrolab import checks as check
+from kestrolab import pointer
+from kestrolab.program import SUCCEEDED
+
+from .. import layout
+from ..recovery import RecoveryRun
+from ..story import START_LIMIT, Story
+
+# What the program says of the machine when it starts.
+FACTS = {"plain": {"isLvm": False, "isLuksCrypt": False}, "lvm": {"isLvm": True, "isLuksCrypt": False},
+         "luks": {"isLuksCrypt": True}}
+BREAK = f"mount /dev/disk/by-uuid/{layout.ROOT.uuid} /mnt && rm -rf /mnt/usr/lib/systemd && touch /mnt/usr/added && " \
+        "umount /mnt"
+
+
+def live(story: Story):
+    """Also where the root lies on LVM or LUKS: there the page offers the reset alone."""
+    fresh = story.manifests("root")[0] if story.kind.layout == "plain" else {}
+    with story.recovery_system(chosen=True) as program:
+        check_facts(story, program)
+        program.computer.shell.run(BREAK)
+        drive_reset(program)
+        program.wait_for("in setJobs", seconds=START_LIMIT)
+        story.finish(program, "the reset succeeded")
+    with story.system_disk() as view, view.mounted("recovery") as folder:
+        check.check_recovery_folder(story.checks, folder, SUCCEEDED)
+    if fresh:
+        story.checks.same("the system is the delivered one", fresh, *story.manifests("root"), check.root_time)
+    story.check_boots("the installed system starts by itself after the reset", lambda computer: story.checks.that(
+        "what was changed in the system is gone", computer.shell.attempt("test ! -e /usr/added")[0] == 0))
+
+
+def check_facts(story: Story, program: RecoveryRun):
+    line = next(line for line in program.text.splitlines() if "MainWindow::initUI isLvm" in line)
+    for name, wanted in FACTS[story.kind.layout].items():
+        said = re.search(rf'{name}:\W*(\w+)', line)
+        story.checks.that(f"the program knows whether {name}", said and said[1] == str(wanted).lower(), line)
+
+
+def drive_reset(program: RecoveryRun):
+    """To the other choices and back, out of the question and into it again."""
+    time.sleep(5)
+    program.computer.picture("restore-page")
+    for key, name in (("down", "second-choice"), ("up", "first-choice-again")):
+        program.computer.press(key)
+        settle(program, name)
+    program.click(pointer.RESTORE_NOW)
+    settle(program, "question")
+    program.computer.press("esc")
+    settle(program, "question-answered-with-no")
+    program.click(pointer.RESTORE_NOW)
+    settle(program, "question-again")
+    program.computer.press("ret")
+
+
+def settle(program: RecoveryRun, name: str):
+    """Time for a page or a dialog to come up on a slow machine, and a picture of it."""
+    time.sleep(4)
+    program.computer.picture(name)
