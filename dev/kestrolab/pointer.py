@@ -5,6 +5,7 @@ import time
 from .process import output_of, run
 
 RESTORE_NOW = (0, 260)
+REBOOT_NOW = (0, 260)
 
 
 def click(right: int, down: int):
