@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A person's mouse and keyboard. Places are in pixels from the middle of the display, where the window and its dialogs are centred."""
+"""A person's mouse and keyboard. Places are in pixels from the middle of the display, where the window and its dialogs are
+centred."""
 import time
 
 from .process import output_of, run
