@@ -36,7 +36,8 @@ std::string makeSampleImage(const std::string& path)
     writeCustomFile("kim://" + path + "/DiskInfo", record);
     {
         NewImage image(path);
-        const ImageIndex index{64U << 20U, chunkSize, 512, {{0, 4096}, {1U << 20U, 3 * chunkSize}, {32U << 20U, 8192}}};
+        const ImageIndex index{
+            64U << 20U, chunkSize, 512, {{0, 4096}, {1U << 20U, std::uint64_t{3} * chunkSize}, {32U << 20U, 8192}}};
         const ChunkLayout layout(index.extents, chunkSize);
         ImageWriter writer(image.file(), image.head(), layout.chunkCount());
         ChunkEncoder encoder(chunkSize);

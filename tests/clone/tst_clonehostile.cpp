@@ -100,7 +100,7 @@ const std::vector<std::pair<const char*, Spoil>>& hostileCases()
         {"more bytes and chunks than the extents have",
             [](ImageBytes& i, const Places& at) {
                 putNumber(i, at.index + 48, 6);
-                putNumber(i, at.index + 56, 6 * smallestChunk);
+                putNumber(i, at.index + 56, std::uint64_t{6} * smallestChunk);
             }},
         {"a byte more than the extents have",
             [](ImageBytes& i, const Places& at) { putNumber(i, at.index + 56, numberAt(i, at.index + 56) + 1); }},

@@ -4,6 +4,7 @@
 #include "clone/chunktable.h"
 #include "clone/failure.h"
 
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
@@ -11,7 +12,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -50,14 +50,13 @@ Scene sceneOf(std::uint64_t chunks)
 void putAll(ChunkTableWriter& writer, std::uint64_t chunks)
 {
     std::atomic<std::uint64_t> next{0};
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (std::uint64_t chunk = 0; (chunk = next.fetch_add(1)) < chunks;) {
-                writer.put(chunk, recordOf(chunk));
-            }
-        });
-    }
+    const auto putNext = [&] {
+        for (std::uint64_t chunk = 0; (chunk = next.fetch_add(1)) < chunks;) {
+            writer.put(chunk, recordOf(chunk));
+        }
+    };
+    const std::array<std::jthread, 4> threads{
+        std::jthread(putNext), std::jthread(putNext), std::jthread(putNext), std::jthread(putNext)};
 }
 
 void flipByte(const File& file, std::uint64_t position)

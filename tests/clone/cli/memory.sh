@@ -17,7 +17,7 @@ attach target m/target.disk
 bounded() {
     local name=$1 most=65536 peak
     shift
-    ! grep -qa __sanitizer_ "$KESTRO_CLONE" || most=1048576
+    ! grep -qaE '__(asan|tsan)_init' "$KESTRO_CLONE" || most=1048576
     peak=$(timeout 60 python3 - "$KESTRO_CLONE" "$@" <<'PY'
 import resource, subprocess, sys
 with open("out", "w") as out, open("err", "w") as err:
@@ -31,7 +31,7 @@ print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)
 PY
     )
     figures "$name: $peak KiB, $(tail -n 1 out), $(cat err)"
-    [ "$(wc -l <out)" -gt 0 ] && [ "$peak" -lt "$most" ] && echo "$name: bounded"
+    [ "$(wc -l <out)" -gt 0 ] && [ "$peak" -lt "$most" ] && echo "$name: bounded" || echo "$name: $peak KiB"
 }
 
 took=$(microseconds "$KESTRO_CLONE" --kim-info large.kim)
