@@ -48,8 +48,10 @@ for start in missing begun; do
             rm -f b.kim
             [ "$start" = missing ] || "$KESTRO_CLONE" --write-custom-file kim://b.kim/DiskInfo old
             { killed "$T/b.kim" "$call" "$when" --tui "$source" b.kim; } 2>/dev/null || kills=$((kills + 1))
-            "$KESTRO_CLONE" --tui "$source" b.kim >/dev/null 2>err && "$KESTRO_CLONE" --verify b.kim >/dev/null ||
-                { stuck=$((stuck + 1)); figures "$start, $call $when: $(cat err)"; }
+            if ! "$KESTRO_CLONE" --tui "$source" b.kim >/dev/null 2>err || ! "$KESTRO_CLONE" --verify b.kim >/dev/null; then
+                stuck=$((stuck + 1))
+                figures "$start, $call $when: $(cat err)"
+            fi
         done
     done
 done
