@@ -30,10 +30,12 @@ def namespaces() -> dict[int, str]:
 
 
 def descendants(pid: int) -> set[int]:
-    children = set()
-    for child in pathlib.Path(f"/proc/{pid}/task/{pid}/children").read_text().split():
-        children |= {int(child)} | descendants(int(child))
-    return children
+    """Those that live long enough to be asked for theirs."""
+    try:
+        children = pathlib.Path(f"/proc/{pid}/task/{pid}/children").read_text().split()
+    except (FileNotFoundError, ProcessLookupError):
+        return set()
+    return set().union(*({int(child)} | descendants(int(child)) for child in children))
 
 
 class Interrupted(unittest.TestCase):
@@ -55,8 +57,8 @@ class Interrupted(unittest.TestCase):
                 self.assertEqual(len(inside), 1)
                 lab.send_signal(number)
                 self.assertEqual(lab.wait(60), code)
-                wait_until(lambda: not inside & set(namespaces().values()), 10, "the processes end")
-                wait_until(lambda: not self.devices(), 10, "the loop device is released")
+                wait_until(lambda: not inside & set(namespaces().values()), 60, "the processes end")
+                wait_until(lambda: not self.devices(), 60, "the loop device is released")
                 self.assertNotIn(str(self.workspace), pathlib.Path("/proc/self/mountinfo").read_text())
                 if number != signal.SIGKILL:
                     self.assertFalse((self.workspace / "disk.img").exists())
