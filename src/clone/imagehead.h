@@ -49,7 +49,8 @@ void commitRoot(const File& image, ImageHead& head, const RootRecord& root);
 /// What stands at a path, for those who want to write an image there.
 enum class ImageState { Missing, Foreign, Damaged, Incomplete, Complete };
 
-/// Missing also for an empty file, and for one that ends with its head and was never more than begun. Throws when the path cannot be read or is no regular file.
+/// Missing also for an empty file, and for one that ends with its head and was never more than begun. Throws when the
+/// path cannot be read or is no regular file.
 [[nodiscard]] ImageState imageStateAt(const std::string& path);
 
 /// Reads a section from front to back through a small aligned buffer and checks its hash.
