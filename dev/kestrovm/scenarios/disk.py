@@ -14,6 +14,7 @@ from ..story import Story, task_text
 from .backup import image_task
 
 DISK_IMAGE = "disk.kim"
+DRIVE = f"VirtIO_Disk_{layout.SYSTEM_SERIAL}"  # as UDisks2 names it
 STATE = ("disk-backed-up", pathlib.Path(__file__))
 RESTORE_TASKS = [{"command": "restore-partitions",
                   "args": [f"UUID:{layout.TARGET.uuid}", f"/{BACKUP}", f"UUID:{layout.ROOT.uuid}"]}]
@@ -31,7 +32,7 @@ def make_disk_backup(story: Story):
         check.check_recovery_folder(story.checks, folder, SUCCEEDED)
     with story.backup_disk() as view, view.mounted("backups") as target:
         image = target / BACKUP / DISK_IMAGE
-        check.check_image(story.checks, image, f"DiskDrive={layout.SYSTEM_SERIAL}\nVersion=1.1", story.workspace)
+        check.check_image(story.checks, image, f"DiskDrive={DRIVE}\nVersion=1.1", story.workspace)
         check.check_verifies(story.checks, image)
     story.keep(*STATE)
 
