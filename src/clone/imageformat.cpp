@@ -2,12 +2,11 @@
 #include "clone/imageformat.h"
 
 #include "clone/alignedbuffer.h"
+#include "clone/xxh3.h"
 
 #include <bit>
 #include <cstring>
 #include <string_view>
-
-#include <xxhash.h>
 
 // Numbers are copied as they lie in memory.
 static_assert(std::endian::native == std::endian::little);

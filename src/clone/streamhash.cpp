@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "clone/streamhash.h"
 
-#include <new>
+#include "clone/xxh3.h"
 
-#include <xxhash.h>
+#include <new>
 
 namespace kestro::clone {
 
