@@ -33,7 +33,7 @@ QLabel* centredLabel(QWidget* parent, VFontSizeManager::SizeType size, int weigh
 } // namespace
 
 VDialog::VDialog(QWidget* parent)
-    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
+    : ModalDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
 {
     build();
 }
@@ -130,11 +130,7 @@ void VDialog::moveToCenter()
 int VDialog::exec()
 {
     moveToCenter();
-    const int result = QDialog::exec();
-    if (parentWidget() != nullptr) {
-        parentWidget()->window()->activateWindow(); // without a window manager nobody gives the keyboard back
-    }
-    return result;
+    return ModalDialog::exec();
 }
 
 // Closing is no choice: not the first button's, whose index QDialog's own result for it would be.
@@ -145,15 +141,14 @@ void VDialog::reject()
 
 void VDialog::showEvent(QShowEvent* event)
 {
-    QDialog::showEvent(event);
-    activateWindow(); // a dialog that bypasses the window manager gets the keyboard only when it asks for it
+    ModalDialog::showEvent(event);
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
 
 void VDialog::resizeEvent(QResizeEvent* event)
 {
-    QDialog::resizeEvent(event);
+    ModalDialog::resizeEvent(event);
     setMask(StylePainting::dialogShape(rect()));
 }
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QDialog>
+#include "platform/velk/modaldialog.h"
+
 #include <QIcon>
 #include <QList>
 
@@ -14,7 +15,7 @@ class QPushButton;
 ///
 /// exec() gives the index of the button that was chosen, in the order in which the buttons were added, or -1 when the
 /// dialog was closed or left with Escape.
-class VDialog : public QDialog
+class VDialog : public ModalDialog
 {
     Q_OBJECT
 

@@ -48,7 +48,7 @@ void setUpList(QAbstractItemView* list, const QString& name)
 } // namespace
 
 DirectoryChooser::DirectoryChooser(QWidget* parent)
-    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
+    : ModalDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
     , m_icons(std::make_unique<FolderIcons>())
 {
     setWindowTitle(tr("Select a directory"));
@@ -182,7 +182,7 @@ void DirectoryChooser::showDirectory()
 
 void DirectoryChooser::resizeEvent(QResizeEvent* event)
 {
-    QDialog::resizeEvent(event);
+    ModalDialog::resizeEvent(event);
     setMask(StylePainting::dialogShape(rect()));
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QDialog>
+#include "platform/velk/modaldialog.h"
 
 #include <memory>
 
@@ -16,7 +16,7 @@ class QPushButton;
 /// A dialog in which a directory is chosen: mounted media on one side, the directories of the open one on the other.
 ///
 /// It needs nothing of a desktop session.
-class DirectoryChooser : public QDialog
+class DirectoryChooser : public ModalDialog
 {
     Q_OBJECT
 

@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +17,7 @@ private Q_SLOTS:
     void answers_data();
     void answers();
     void enterChoosesTheDefault();
+    void keyboardComesAndGoesBack();
     void unknownButton();
 };
 
@@ -50,6 +52,22 @@ void VDialogTest::enterChoosesTheDefault()
     dialog.show();
     QTest::keyClick(&dialog, Qt::Key_Return);
     QCOMPARE(dialog.result(), 1);
+}
+
+void VDialogTest::keyboardComesAndGoesBack()
+{
+    QWidget window;
+    window.show();
+    VDialog dialog(u"Title"_s, u"Question?"_s, &window);
+    dialog.addButton(u"Go"_s, true);
+    QWidget* keyboardOwner = nullptr;
+    QTimer::singleShot(100, &dialog, [&] {
+        keyboardOwner = QApplication::activeWindow();
+        dialog.done(-1);
+    });
+    dialog.exec();
+    QCOMPARE(keyboardOwner, &dialog);
+    QTRY_COMPARE(QApplication::activeWindow(), &window);
 }
 
 void VDialogTest::unknownButton()
