@@ -15,11 +15,11 @@ SCRIPTS = "/lib/kestro-recovery-gui/scripts/"
 STAGE = """
 set -e
 mount --make-rprivate /
-mkdir -p "$1/bin" "$1/lib" "$1/work"
-mount -t tmpfs none "$1/work"
+mkdir -p "$1/bin" "$1/lib" "$1/layers"
+mount -t tmpfs none "$1/layers"
 for part in bin lib; do
-    mkdir "$1/work/$part.upper" "$1/work/$part.work"
-    mount -t overlay -o "lowerdir=/usr/$part,upperdir=$1/work/$part.upper,workdir=$1/work/$part.work" none "/usr/$part"
+    mkdir "$1/layers/$part.upper" "$1/layers/$part.work"
+    mount -t overlay -o "lowerdir=/usr/$part,upperdir=$1/layers/$part.upper,workdir=$1/layers/$part.work" none "/usr/$part"
 done
 mkdir -p /usr/lib/kestro-recovery-gui/scripts
 for name in write-file create-data-info reset-grub resetEFI; do
