@@ -3,13 +3,10 @@
 
 #include "platform/velk/VFontSizeManager.h"
 #include "platform/velk/VLabel.h"
-#include "platform/velk/VPaletteHelper.h"
 #include "platform/velk/VStyle.h"
-#include "platform/velk/stylepainting.h"
 
 #include <QAccessible>
 #include <QBoxLayout>
-#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 
@@ -144,16 +141,4 @@ void VDialog::showEvent(QShowEvent* event)
     ModalDialog::showEvent(event);
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
-}
-
-void VDialog::resizeEvent(QResizeEvent* event)
-{
-    ModalDialog::resizeEvent(event);
-    setMask(StylePainting::dialogShape(rect()));
-}
-
-void VDialog::paintEvent(QPaintEvent* /*event*/)
-{
-    QPainter painter(this);
-    StylePainting::dialogPanel(&painter, rect(), VPaletteHelper::instance()->palette(this));
 }

@@ -3,9 +3,7 @@
 
 #include "platform/velk/VFontSizeManager.h"
 #include "platform/velk/VLabel.h"
-#include "platform/velk/VPaletteHelper.h"
 #include "platform/velk/VStyle.h"
-#include "platform/velk/stylepainting.h"
 #include "platform/velk/mountedmedia.h"
 
 #include <QAbstractFileIconProvider>
@@ -16,7 +14,6 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
-#include <QPainter>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -178,16 +175,4 @@ void DirectoryChooser::showDirectory()
     m_folders->setCurrentIndex({});
     m_path->setText(m_open);
     m_up->setEnabled(m_open != QDir::rootPath());
-}
-
-void DirectoryChooser::resizeEvent(QResizeEvent* event)
-{
-    ModalDialog::resizeEvent(event);
-    setMask(StylePainting::dialogShape(rect()));
-}
-
-void DirectoryChooser::paintEvent(QPaintEvent* /*event*/)
-{
-    QPainter painter(this);
-    StylePainting::dialogPanel(&painter, rect(), VPaletteHelper::instance()->palette(this));
 }

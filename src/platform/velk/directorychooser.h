@@ -30,10 +30,6 @@ public:
     /// The directory that is open, or the one marked inside it; absolute.
     [[nodiscard]] QString directory() const;
 
-protected:
-    void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
     void build();
     void fillPlaces();

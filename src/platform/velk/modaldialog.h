@@ -3,8 +3,8 @@
 
 #include <QDialog>
 
-/// A dialog that has the keyboard while it is shown and gives it back to its parent's window afterwards, also where no
-/// window manager sees to that.
+/// A dialog with round corners and an outline of its own that has the keyboard while it is shown and gives it back to
+/// its parent's window afterwards, also where no window manager sees to that.
 class ModalDialog : public QDialog
 {
     Q_OBJECT
@@ -16,5 +16,7 @@ public:
     int exec() override;
 
 protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
 };
