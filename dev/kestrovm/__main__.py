@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs scenarios of the whole machine; dev/vm calls it."""
 import argparse
-import dataclasses
 import os
 import pathlib
 import shutil
@@ -13,16 +12,10 @@ from kestrolab.process import LabError
 
 from . import product
 from .installed import installed
-from .scenarios import SCENARIOS, SMOKE
+from .scenarios import ALL, SCENARIOS, SMOKE
+from .series import Result, Series, table, this_program
 from .stages import WORK
 from .story import Story
-
-
-@dataclasses.dataclass
-class Result:
-    scenario: str
-    seconds: float
-    failed: list[str]
 
 
 def tell(name: str, recovery_system: pathlib.Path) -> Result:
@@ -31,7 +24,7 @@ def tell(name: str, recovery_system: pathlib.Path) -> Result:
     workspace = WORK / name
     shutil.rmtree(workspace, ignore_errors=True)
     workspace.mkdir(parents=True)
-    print(f"\n{name}: logs and pictures in {workspace}", flush=True)
+    print(f"logs and pictures in {workspace}", flush=True)
     begun = time.monotonic()
     story = Story(workspace, scenario.kind, machine)
     try:
@@ -39,14 +32,9 @@ def tell(name: str, recovery_system: pathlib.Path) -> Result:
     except LabError as error:
         story.checks.that("the scenario came to its end", False, str(error))
     story.keep_recovery_log()
-    return Result(name, time.monotonic() - begun, story.checks.failed)
-
-
-def table(results: list[Result]) -> str:
-    """In Markdown."""
-    rows = [f"| `{result.scenario}` | {'FAIL' if result.failed else 'PASS'} | {result.seconds / 60:.1f} | "
-            f"{'; '.join(result.failed)} |" for result in results]
-    return "\n".join(["| scenario | result | minutes | what did not hold |", "|---|---|---|---|", *rows])
+    result = Result(name, time.monotonic() - begun, story.checks.failed)
+    result.save()
+    return result
 
 
 def main() -> int:
@@ -54,14 +42,16 @@ def main() -> int:
     parser.add_argument("scenario", choices=[*SCENARIOS, "smoke", "all"])
     parser.add_argument("--image", type=pathlib.Path,
                         help="folder with a recovery system that is built already (default: builds that of this checkout)")
+    parser.add_argument("--at-once", type=int, default=1, metavar="N", help="how many machines of a series run at a time")
     options = parser.parse_args()
     # Also where an interrupt was ignored from the beginning, as in the background of a shell.
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(number, lambda received, _: sys.exit(128 + received))
     recovery_system = product.recovery_system(options.image)
     os.environ["PATH"] = f"{product.image_tool(recovery_system)}:{os.environ['PATH']}"
-    names = {"all": list(SCENARIOS), "smoke": SMOKE}.get(options.scenario, [options.scenario])
-    results = [tell(name, recovery_system) for name in names]
+    rows = {"all": ALL, "smoke": SMOKE}.get(options.scenario)
+    results = (Series(this_program("--image", recovery_system)).carry_out(rows, options.at_once) if rows
+               else [tell(options.scenario, recovery_system)])
     (WORK / f"{options.scenario}.md").write_text(table(results) + "\n", encoding="utf-8")
     print(f"\n{table(results)}")
     failed = any(result.failed for result in results)

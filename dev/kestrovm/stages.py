@@ -1,5 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """What is built once and kept under build/vm/cache, in folders named by what it was built from."""
+import contextlib
+import fcntl
 import hashlib
 import os
 import pathlib
@@ -12,6 +14,7 @@ from kestrolab.process import run
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 WORK = PROJECT / "build/vm"
 CACHE = WORK / "cache"
+LOCKS = WORK / "locks"
 
 
 def digest(*parts) -> str:
@@ -34,21 +37,38 @@ def sources(*names: str) -> list[pathlib.Path]:
 
 
 def stage(name: str, key: str, build) -> pathlib.Path:
-    """The folder that BUILD(folder) filled, now or earlier; older ones of the same name go. It appears whole or not at all."""
+    """The folder that BUILD(folder) filled, now or earlier; older ones of the same name go. It appears whole or not at all.
+
+    Of two runs that want the same one, the second waits for the first.
+    """
     done = CACHE / f"{name}-{key}"
+    if not done.exists():
+        with alone(name):
+            make(name, done, build)
+    return done
+
+
+@contextlib.contextmanager
+def alone(name: str):
+    LOCKS.mkdir(parents=True, exist_ok=True)
+    with open(LOCKS / name, "w", encoding="utf-8") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        yield
+
+
+def make(name: str, done: pathlib.Path, build):
     if not done.exists():
         begun = time.monotonic()
         print(f"building {name} …", flush=True)
-        draft = CACHE / f"{name}-draft-{os.getpid()}"
+        draft = done.with_name(f"{name}-draft-{os.getpid()}")
         shutil.rmtree(draft, ignore_errors=True)
         draft.mkdir(parents=True)
         try:
             build(draft)
-            for old in CACHE.iterdir():
+            for old in done.parent.iterdir():
                 if re.fullmatch(f"{re.escape(name)}-[0-9a-f]+", old.name):
                     shutil.rmtree(old)
             draft.rename(done)
         finally:
             shutil.rmtree(draft, ignore_errors=True)
         print(f"built {name} in {time.monotonic() - begun:.0f} s", flush=True)
-    return done

@@ -33,4 +33,7 @@ SCENARIOS = {
     "luks": Scenario(live, Kind("luks")),
     "powercut": Scenario(powercut),
 }
-SMOKE = ("backup", "restore")
+# Rows that do not touch each other's disks. Each scenario of a row begins with what the first one left.
+SMOKE = (("backup", "restore"),)
+ALL = (("backup", "powercut", "restore", "bios"), ("uefi",), ("disk-backup", "disk-restore"),
+       ("factory-reset", "keep-files"), ("live",), ("lvm",), ("luks",))
