@@ -19,11 +19,6 @@ private Q_SLOTS:
     void noDisks();
     void hostIsOutOfReach();
     void changesStayInMemory();
-    void privateFolders_data();
-    void privateFolders();
-    void kernelFiles();
-    void resetGivesTheFirstState();
-    void sourcesAreVisible();
 };
 
 namespace {
@@ -83,59 +78,6 @@ void SandboxTest::changesStayInMemory()
     }
     QVERIFY(QDir().mkpath(u"/opt"_s));
     QVERIFY(QDir(u"/opt"_s).isEmpty());
-}
-
-void SandboxTest::privateFolders_data()
-{
-    QTest::addColumn<QString>("path");
-    for (const char* path : {"/run", "/media", "/home/kestro", "/lib/kestro-recovery-gui", "/sys/firmware"}) {
-        QTest::newRow(path) << QString::fromLatin1(path);
-    }
-}
-
-void SandboxTest::privateFolders()
-{
-    QFETCH(QString, path);
-    QVERIFY(QDir(path).isEmpty());
-    QCOMPARE(QStorageInfo(path).fileSystemType(), QByteArray("tmpfs"));
-    QVERIFY(QDir().mkpath(path + u"/a/b"_s));
-    Sandbox::writeFile(path + u"/.hidden"_s, "x");
-    Sandbox::reset();
-    QVERIFY(QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
-}
-
-void SandboxTest::kernelFiles()
-{
-    Sandbox::setKernelCommandLine("root=UUID=1 quiet\n");
-    QCOMPARE(outputOf(u"cat /proc/cmdline"_s), QByteArray("root=UUID=1 quiet\n"));
-    Sandbox::setKernelCommandLine("x");
-    QCOMPARE(Sandbox::readFile(u"/proc/cmdline"_s), QByteArray("x"));
-    Sandbox::setSwaps("swaps\n");
-    QCOMPARE(outputOf(u"cat /proc/swaps"_s), QByteArray("swaps\n"));
-    Sandbox::setUefi(true);
-    QVERIFY(QFile::exists(u"/sys/firmware/efi"_s));
-    Sandbox::setUefi(false);
-    QVERIFY(!QFile::exists(u"/sys/firmware/efi"_s));
-    QVERIFY(!QFile(u"/sys/power/state"_s).open(QIODevice::WriteOnly));
-}
-
-void SandboxTest::resetGivesTheFirstState()
-{
-    Sandbox::setUefi(true);
-    Sandbox::setKernelCommandLine("x");
-    Sandbox::setSwaps("/dev/sda2 partition 1 0 -2\n");
-    Sandbox::writeFile(u"/dev/disk/by-uuid/1234"_s, {});
-    Sandbox::reset();
-    QCOMPARE(Sandbox::readFile(u"/proc/cmdline"_s), QByteArray("quiet\n"));
-    QCOMPARE(Sandbox::readFile(u"/proc/swaps"_s).count('\n'), 1);
-    QVERIFY(!QFile::exists(u"/sys/firmware/efi"_s));
-    QVERIFY(!QFile::exists(u"/dev/disk/by-uuid/1234"_s));
-    QVERIFY(Sandbox::freshFolder() != Sandbox::freshFolder());
-}
-
-void SandboxTest::sourcesAreVisible()
-{
-    QVERIFY(QFile::exists(QStringLiteral(KESTRO_SOURCE_DIR "/CMakeLists.txt")));
 }
 
 int main(int argc, char** argv)

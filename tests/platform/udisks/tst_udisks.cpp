@@ -4,25 +4,12 @@
 #include "sandbox/Sandbox.h"
 #include "support/FakeUDisks.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString blockInterface = u"org.freedesktop.UDisks2.Block"_s;
-const QString filesystemInterface = u"org.freedesktop.UDisks2.Filesystem"_s;
-
-QStringList nodes(const VDiskManager& manager)
-{
-    QStringList nodes;
-    for (const QString& path : manager.blockDevices()) {
-        nodes << manager.createBlockDevice(path)->device();
-    }
-    return nodes;
-}
 
 FakeUDisks::Device ext4(const QString& name)
 {
@@ -40,8 +27,6 @@ class UDisksTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void stableOrder();
-    void properties();
     void nothingThere();
     void oneRoundTripForALookUp();
     void mount_data();
@@ -51,55 +36,7 @@ private Q_SLOTS:
     void unmount();
     void malformedAnswer_data();
     void malformedAnswer();
-    void malformedProperties();
 };
-
-void UDisksTest::stableOrder()
-{
-    FakeUDisks daemon;
-    daemon.addDrive(u"Stick"_s, true);
-    daemon.addDrive(u"Disk"_s);
-    for (const char* name : {"sdb1", "sda2", "loop0", "sda1", "sdb", "sda"}) {
-        FakeUDisks::Device device = ext4(QString::fromLatin1(name));
-        if (device.name.size() == 3) {
-            device.idType.clear();
-            device.idUUID.clear();
-        }
-        device.drive = device.name.startsWith("sdb"_L1) ? u"Stick"_s
-            : device.name == "loop0"_L1                 ? QString()
-                                                        : u"Disk"_s;
-        daemon.addDevice(device);
-    }
-    QCOMPARE(nodes(VDiskManager()),
-        QStringList({u"/dev/loop0"_s, u"/dev/sda"_s, u"/dev/sda1"_s, u"/dev/sda2"_s, u"/dev/sdb"_s, u"/dev/sdb1"_s}));
-}
-
-void UDisksTest::properties()
-{
-    FakeUDisks daemon;
-    daemon.addDrive(u"Disk"_s);
-    FakeUDisks::Device disk;
-    disk.name = u"sda"_s;
-    disk.drive = u"Disk"_s;
-    FakeUDisks::Device partition = ext4(u"sda1"_s);
-    partition.drive = u"Disk"_s;
-    partition.table = u"sda"_s;
-    partition.mountPoints = {"/media/My Disk", "/media/\xC3\xA9"};
-    daemon.addDevice(disk);
-    daemon.addDevice(partition);
-
-    const VDiskManager manager;
-    const auto whole = manager.createBlockDevice(FakeUDisks::objectPath(u"sda"_s));
-    QCOMPARE(whole->drive(), FakeUDisks::drivePath(u"Disk"_s));
-    QCOMPARE(whole->idType() + whole->idUUID(), QString());
-    QVERIFY(whole->mountPoints().isEmpty());
-    const auto part = manager.createBlockPartition(FakeUDisks::objectPath(u"sda1"_s));
-    QCOMPARE(part->device(), u"/dev/sda1"_s);
-    QCOMPARE(part->idType(), u"ext4"_s);
-    QCOMPARE(part->idUUID(), u"uuid-sda1"_s);
-    QCOMPARE(part->table(), FakeUDisks::objectPath(u"sda"_s));
-    QCOMPARE(part->mountPoints(), QByteArrayList({"/media/My Disk", "/media/\xC3\xA9"}));
-}
 
 void UDisksTest::nothingThere()
 {
@@ -245,23 +182,6 @@ void UDisksTest::malformedAnswer()
     QVERIFY(!VDiskManager().createBlockDevice(FakeUDisks::objectPath(u"sda1"_s)));
     daemon.setObjectsAnswer({});
     QCOMPARE(VDiskManager().blockDevices().size(), 1);
-}
-
-void UDisksTest::malformedProperties()
-{
-    FakeUDisks daemon;
-    FakeUDisks::Device broken = ext4(u"sda1"_s);
-    broken.table = u"sda"_s;
-    broken.properties[blockInterface] = {
-        {u"Device"_s, 5}, {u"Drive"_s, u"text"_s}, {u"IdUUID"_s, true}, {u"IdType"_s, QStringList{u"ext4"_s}}};
-    broken.properties[filesystemInterface] = {{u"MountPoints"_s, u"/media/x"_s}};
-    broken.properties[u"org.freedesktop.UDisks2.Partition"_s] = {{u"Table"_s, 1}};
-    daemon.addDevice(broken);
-    const auto device = VDiskManager().createBlockPartition(FakeUDisks::objectPath(u"sda1"_s));
-    QCOMPARE(device->device() + device->drive() + device->idUUID() + device->idType() + device->table(), QString());
-    QVERIFY(device->mountPoints().isEmpty());
-    device->setWatchChanges(true);
-    QVERIFY(device->mountPoints().isEmpty());
 }
 
 int main(int argc, char** argv)
