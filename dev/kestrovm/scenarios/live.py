@@ -13,6 +13,7 @@ from .. import layout
 from ..recovery import RecoveryRun
 from ..story import START_LIMIT, Story
 
+SETTLED = 12  # seconds
 # What the program says of the machine when it starts.
 FACTS = {"plain": {"isLvm": False, "isLuksCrypt": False}, "lvm": {"isLvm": True, "isLuksCrypt": False},
          "luks": {"isLuksCrypt": True}}
@@ -54,8 +55,7 @@ def check_facts(story: Story, program: RecoveryRun):
 
 def drive_reset(program: RecoveryRun):
     """To the other choices and back, out of the question and into it again."""
-    time.sleep(5)
-    program.computer.picture("restore-page")
+    settle(program, "restore-page")
     for key, name in (("tab", "first-choice"), ("down", "second-choice"), ("up", "first-choice-again")):
         program.computer.press(key)
         settle(program, name)
@@ -70,5 +70,5 @@ def drive_reset(program: RecoveryRun):
 
 def settle(program: RecoveryRun, name: str):
     """Time for a page or a dialog to come up on a slow machine, and a picture of it."""
-    time.sleep(4)
+    time.sleep(SETTLED)
     program.computer.picture(name)
