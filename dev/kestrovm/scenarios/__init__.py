@@ -35,5 +35,5 @@ SCENARIOS = {
 }
 # Rows that do not touch each other's disks. Each scenario of a row begins with what the first one left.
 SMOKE = (("backup", "restore"),)
-ALL = (("backup", "powercut", "restore", "bios"), ("uefi",), ("disk-backup", "disk-restore"),
+ALL = (("backup", "restore", "bios", "powercut"), ("uefi",), ("disk-backup", "disk-restore"),
        ("factory-reset", "keep-files"), ("live",), ("lvm",), ("luks",))
