@@ -14,12 +14,8 @@ namespace {
 /// A partition; one without a UUID is unformatted.
 FakeUDisks::Device partition(const QString& name, const QString& uuid = {}, const QString& mountDirectory = {})
 {
-    FakeUDisks::Device device;
-    device.name = name;
-    device.idUUID = uuid;
-    device.idType = uuid.isEmpty() ? QString() : u"ext4"_s;
-    device.mountDirectory = mountDirectory;
-    return device;
+    const QString idType = uuid.isEmpty() ? QString() : u"ext4"_s;
+    return {.name = name, .idUUID = uuid, .idType = idType, .mountDirectory = mountDirectory};
 }
 
 /// A machine with an unformatted disk and partition, and two partitions with file systems.
@@ -66,10 +62,10 @@ private Q_SLOTS:
     void init();
     void mountByUuid_data();
     void mountByUuid();
+    void unknownUuids();
     void unmountByUuid();
     void history();
     void historyLeavesWhatWasMounted();
-    void historyOfBadRecords_data();
     void historyOfBadRecords();
     void historyIgnoresWhatCannotBeMounted();
 };
@@ -86,43 +82,44 @@ void UuidMountTest::init()
 
 void UuidMountTest::mountByUuid_data()
 {
-    QTest::addColumn<QString>("uuid");
-    QTest::addColumn<QString>("directory");
-    QTest::addColumn<QByteArrayList>("mountedAt");
-    QTest::addColumn<QString>("mountError");
+    QTest::addColumn<FakeUDisks::Device>("device");
     QTest::addColumn<QString>("mountPoint");
-    QTest::addColumn<QStringList>("calls");
-
-    const QStringList mounted{u"Mount sda2"_s};
-    QTest::newRow("plain") << u"AAAA"_s << u"/media/disk"_s << QByteArrayList{} << QString() << u"/media/disk"_s
-                           << mounted;
-    QTest::newRow("label with blanks") << u"AAAA"_s << u"/media/My  Disk"_s << QByteArrayList{} << QString()
-                                       << u"/media/My  Disk"_s << mounted;
-    QTest::newRow("mounted already") << u"AAAA"_s << QString() << QByteArrayList{"/mnt/a", "/mnt/b"}
-                                     << u"Device /dev/sda2 is already mounted at `/mnt/a'."_s << u"/mnt/a"_s << mounted;
-    QTest::newRow("cannot be mounted") << u"AAAA"_s << QString() << QByteArrayList{} << u"wrong fs type"_s << QString()
-                                       << mounted;
-    QTest::newRow("unknown") << u"CCCC"_s << QString() << QByteArrayList{} << QString() << QString() << QStringList{};
-    QTest::newRow("empty") << QString() << QString() << QByteArrayList{} << QString() << QString() << QStringList{};
+    const auto row = [](const char* name, const FakeUDisks::Device& device, const QString& mountPoint) {
+        QTest::newRow(name) << device << mountPoint;
+    };
+    row("plain", {.mountDirectory = u"/media/disk"_s}, u"/media/disk"_s);
+    row("label with blanks", {.mountDirectory = u"/media/My  Disk"_s}, u"/media/My  Disk"_s);
+    row("mounted already",
+        {.mountPoints = {"/mnt/a", "/mnt/b"}, .mountError = u"Device /dev/sda2 is already mounted at `/mnt/a'."_s},
+        u"/mnt/a"_s);
+    row("cannot be mounted", {.mountError = u"wrong fs type"_s}, {});
 }
 
 void UuidMountTest::mountByUuid()
 {
-    QFETCH(QString, uuid);
-    QFETCH(QString, directory);
-    QFETCH(QByteArrayList, mountedAt);
-    QFETCH(QString, mountError);
-    QFETCH(QStringList, calls);
+    QFETCH(FakeUDisks::Device, device);
+    device.name = u"sda2"_s;
+    device.idUUID = u"AAAA"_s;
+    device.idType = u"ext4"_s;
     const auto udisks = machine({}, {});
-    FakeUDisks::Device device = partition(u"sda2"_s, u"AAAA"_s, directory);
-    device.mountPoints = mountedAt;
-    device.mountError = mountError;
     udisks->addDevice(device);
     const LogCapture log;
-    QTEST(Utils::mountDeviceByUUID(uuid), "mountPoint");
-    QCOMPARE(mountCalls(*udisks), calls);
-    const QString noDevice = uR"(mountDeviceByUUID device is null, uuid =  "%1" , path =  "")"_s.arg(uuid);
-    QCOMPARE(log.messages(), calls.isEmpty() ? QStringList{noDevice} : QStringList{});
+    QTEST(Utils::mountDeviceByUUID(u"AAAA"_s), "mountPoint");
+    QCOMPARE(mountCalls(*udisks), QStringList{u"Mount sda2"_s});
+    QCOMPARE(log.messages(), QStringList{});
+}
+
+// An empty one is not that of the unformatted devices.
+void UuidMountTest::unknownUuids()
+{
+    const auto udisks = machine({}, {});
+    const LogCapture log;
+    QCOMPARE(Utils::mountDeviceByUUID(u"CCCC"_s), QString());
+    QCOMPARE(Utils::mountDeviceByUUID({}), QString());
+    QCOMPARE(mountCalls(*udisks), QStringList{});
+    QCOMPARE(log.messages(),
+        (QStringList{uR"(mountDeviceByUUID device is null, uuid =  "CCCC" , path =  "")"_s,
+            uR"(mountDeviceByUUID device is null, uuid =  "" , path =  "")"_s}));
 }
 
 void UuidMountTest::unmountByUuid()
@@ -192,21 +189,12 @@ void UuidMountTest::historyLeavesWhatWasMounted()
     QCOMPARE(udisks->mountPoints(u"sda3"_s), QStringList{folder + u"/b"_s});
 }
 
-void UuidMountTest::historyOfBadRecords_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("broken") << QByteArray(R"({"AAAA":{"1":"/"})");
-    QTest::newRow("array") << QByteArray(R"([{"AAAA":{"1":"/"}}])");
-    QTest::newRow("empty") << QByteArray();
-}
-
 void UuidMountTest::historyOfBadRecords()
 {
-    QFETCH(QByteArray, content);
     const QString folder = Sandbox::freshFolder();
     const auto udisks = machine(folder, folder);
     makeBackup(folder);
-    Sandbox::writeFile(folder + u"/savePath.json"_s, content);
+    Sandbox::writeFile(folder + u"/savePath.json"_s, R"({"AAAA":{"1":"/"})");
     QList<BackupFileInfo> list;
     Utils::getHistoryBackup(list, folder + u"/savePath.json"_s, true);
     Utils::getHistoryBackup(list, folder + u"/none"_s, true);
