@@ -33,7 +33,6 @@ private Q_SLOTS:
     void rowsOfTheMethod();
     void ownerEndsTheWaiting();
     void listIsRequestedOnce();
-    void cancelling_data();
     void cancelling();
     void hostsCreateItByName();
 
@@ -69,14 +68,13 @@ void BackupPageTest::requests_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<int>("method");
     QTest::addColumn<QString>("path");
-    QTest::addColumn<QStringList>("manual");
-    QTest::addColumn<QStringList>("system");
-    QTest::newRow("full, new") << 0 << 0 << u"/m/b"_s << QStringList{u"/m/b"_s} << QStringList{};
-    QTest::newRow("full, list") << 0 << 1 << u"/m/b"_s << QStringList{u"/m/b"_s} << QStringList{};
-    QTest::newRow("system, new") << 1 << 0 << u"/m/b"_s << QStringList{} << QStringList{u"/m/b"_s};
-    QTest::newRow("system, list") << 1 << 1 << u"/m/b"_s << QStringList{} << QStringList{u"/m/b"_s};
-    QTest::newRow("new without path") << 0 << 0 << QString() << QStringList{} << QStringList{};
-    QTest::newRow("list without row") << 1 << 1 << QString() << QStringList{} << QStringList{};
+    QTest::addColumn<QStringList>("requests");
+    QTest::newRow("full, new") << 0 << 0 << u"/m/b"_s << QStringList{u"full /m/b"_s};
+    QTest::newRow("full, list") << 0 << 1 << u"/m/b"_s << QStringList{u"full /m/b"_s};
+    QTest::newRow("system, new") << 1 << 0 << u"/m/b"_s << QStringList{u"system /m/b"_s};
+    QTest::newRow("system, list") << 1 << 1 << u"/m/b"_s << QStringList{u"system /m/b"_s};
+    QTest::newRow("new without path") << 0 << 0 << QString() << QStringList{};
+    QTest::newRow("list without row") << 1 << 1 << QString() << QStringList{};
 }
 
 void BackupPageTest::requests()
@@ -84,14 +82,12 @@ void BackupPageTest::requests()
     QFETCH(int, type);
     QFETCH(int, method);
     QFETCH(QString, path);
-    QFETCH(QStringList, manual);
-    QFETCH(QStringList, system);
-    QStringList manualAsked;
-    QStringList systemAsked;
+    QFETCH(QStringList, requests);
+    QStringList asked;
     connect(m_page.get(), &BackupPage::requestSetManualBackupDirectory, this,
-        [&](const QString& asked) { manualAsked.append(asked); });
+        [&asked](const QString& directory) { asked.append(u"full "_s + directory); });
     connect(m_page.get(), &BackupPage::requestSetSystemBackupDirectory, this,
-        [&](const QString& asked) { systemAsked.append(asked); });
+        [&asked](const QString& directory) { asked.append(u"system "_s + directory); });
 
     auto* types = m_page->findChild<VListView*>();
     types->setCurrentIndex(types->model()->index(type, 0));
@@ -110,11 +106,9 @@ void BackupPageTest::requests()
     m_page->onManualBackupErrorTypeChanged(Utils::InvalidPath);
     backupButton()->click();
 
-    const bool asked = !manual.isEmpty() || !system.isEmpty();
-    QCOMPARE(manualAsked, manual);
-    QCOMPARE(systemAsked, system);
-    QCOMPARE(isWaiting(), asked);
-    QCOMPARE(backupButton()->isVisible(), !asked);
+    QCOMPARE(asked, requests);
+    QCOMPARE(isWaiting(), !requests.isEmpty());
+    QCOMPARE(backupButton()->isVisible(), requests.isEmpty());
     QVERIFY(!m_page->findChild<ErrorLabel*>()->isVisible());
 }
 
@@ -174,34 +168,25 @@ void BackupPageTest::listIsRequestedOnce()
     QCOMPARE(m_listRequests, QList<TreeViewModel*>{static_cast<TreeViewModel*>(table()->model())});
 }
 
-void BackupPageTest::cancelling_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<QStringList>("calls");
-    QTest::addColumn<QString>("log");
-    // Deliberate: the restore page's text.
-    QTest::newRow("reboots") << 1 << QStringList{u"systemctl reboot"_s}
-                             << u", RestorePage::onCancelRestore reboot now"_s;
-    QTest::newRow("cancels") << -1 << QStringList{u"pkexec /bin/kestro-recovery-tool -a cancel_backup"_s}
-                             << u"doCancelBackup, exitCode: 0 , args:  QList(\"/bin/kestro-recovery-tool\", \"-a\", "
-                                "\"cancel_backup\") , error:  \"\""_s;
-}
-
 void BackupPageTest::cancelling()
 {
-    QFETCH(int, answer);
-    QFETCH(QStringList, calls);
-    QFETCH(QString, log);
     FakePrograms programs;
     programs.reply({u"systemctl"_s, u"reboot"_s});
     programs.reply({u"pkexec"_s});
-    DialogAnswer dialog(answer);
-    const LogCapture lines;
-    m_page->onCancelBackup();
-    QCOMPARE(dialog.message, u"System backup is ready. Do you want to reboot and backup your system now?"_s);
-    QCOMPARE(dialog.confirmText, u"Reboot and Backup"_s);
-    QCOMPARE(programs.callLines(), calls);
-    QCOMPARE(lines.messages(QtDebugMsg), QStringList{log});
+    const LogCapture log;
+    for (const int answer : {1, -1}) {
+        const DialogAnswer dialog(answer);
+        m_page->onCancelBackup();
+        QCOMPARE(dialog.message, u"System backup is ready. Do you want to reboot and backup your system now?"_s);
+        QCOMPARE(dialog.confirmText, u"Reboot and Backup"_s);
+    }
+    QCOMPARE(programs.callLines(),
+        (QStringList{u"systemctl reboot"_s, u"pkexec /bin/kestro-recovery-tool -a cancel_backup"_s}));
+    // Deliberate: the first is the restore page's text.
+    QCOMPARE(log.messages(QtDebugMsg),
+        (QStringList{u", RestorePage::onCancelRestore reboot now"_s,
+            u"doCancelBackup, exitCode: 0 , args:  QList(\"/bin/kestro-recovery-tool\", \"-a\", "
+            "\"cancel_backup\") , error:  \"\""_s}));
     QVERIFY(backupButton()->isVisible());
 }
 

@@ -17,7 +17,6 @@ class BackupTableTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void header_data();
     void header();
     void newestFirst();
     void emptyListSaysSo();
@@ -26,27 +25,15 @@ private Q_SLOTS:
     void onlyAMarkedItemPaints();
 };
 
-void BackupTableTest::header_data()
-{
-    QTest::addColumn<int>("section");
-    QTest::addColumn<int>("role");
-    QTest::addColumn<QVariant>("data");
-    QTest::newRow("file") << 0 << int(Qt::DisplayRole) << QVariant(u"Backup File"_s);
-    QTest::newRow("time") << 1 << int(Qt::DisplayRole) << QVariant(u"Time"_s);
-    QTest::newRow("file, alignment") << 0 << int(Qt::TextAlignmentRole) << QVariant(129);
-    QTest::newRow("time, alignment") << 1 << int(Qt::TextAlignmentRole) << QVariant(129);
-    QTest::newRow("first order") << 1 << int(Qt::InitialSortOrderRole) << QVariant(1);
-    QTest::newRow("other role") << 0 << int(Qt::DecorationRole) << QVariant();
-    QTest::newRow("other section") << 2 << int(Qt::TextAlignmentRole) << QVariant();
-}
-
 void BackupTableTest::header()
 {
-    QFETCH(int, section);
-    QFETCH(int, role);
-    QFETCH(QVariant, data);
     const TreeViewModel model;
-    QCOMPARE(model.headerData(section, Qt::Horizontal, role), data);
+    const auto data = [&model](int section, int role) { return model.headerData(section, Qt::Horizontal, role); };
+    QCOMPARE(data(0, Qt::DisplayRole), QVariant(u"Backup File"_s));
+    QCOMPARE(data(1, Qt::DisplayRole), QVariant(u"Time"_s));
+    QCOMPARE(data(0, Qt::TextAlignmentRole), QVariant(129));
+    QCOMPARE(data(1, Qt::InitialSortOrderRole), QVariant(1));
+    QCOMPARE(data(2, Qt::TextAlignmentRole), QVariant());
 }
 
 void BackupTableTest::newestFirst()

@@ -42,7 +42,6 @@ class RestorePageTest : public QObject
 private Q_SLOTS:
     void systemRestore_data();
     void systemRestore();
-    void backupFiles_data();
     void backupFiles();
     void restorePoint_data();
     void restorePoint();
@@ -56,7 +55,6 @@ private Q_SLOTS:
     void listIsRequestedOnce();
     void keyboardReachesEverything();
     void smallPageShowsItsButton();
-    void cancelling_data();
     void cancelling();
 };
 
@@ -65,13 +63,11 @@ void RestorePageTest::systemRestore_data()
     QTest::addColumn<bool>("keep");
     QTest::addColumn<bool>("owner");
     QTest::addColumn<int>("answer");
-    QTest::addColumn<QString>("title");
     QTest::addColumn<QStringList>("requests");
-    QTest::newRow("keep, confirmed") << true << false << 1 << u"Keep Personal Files"_s << QStringList{u"keep"_s};
-    QTest::newRow("keep, cancelled") << true << false << 0 << u"Keep Personal Files"_s << QStringList{};
-    QTest::newRow("reset, confirmed") << false << true << 1 << u"Reset to Factory Settings"_s
-                                      << QStringList{u"format"_s};
-    QTest::newRow("reset, left with Escape") << false << false << -1 << u"Reset to Factory Settings"_s << QStringList{};
+    QTest::newRow("keep, confirmed") << true << false << 1 << QStringList{u"keep"_s};
+    QTest::newRow("keep, cancelled") << true << false << 0 << QStringList{};
+    QTest::newRow("reset, confirmed") << false << true << 1 << QStringList{u"format"_s};
+    QTest::newRow("reset, left with Escape") << false << false << -1 << QStringList{};
 }
 
 void RestorePageTest::systemRestore()
@@ -79,7 +75,6 @@ void RestorePageTest::systemRestore()
     QFETCH(bool, keep);
     QFETCH(bool, owner);
     QFETCH(int, answer);
-    QFETCH(QString, title);
     QFETCH(QStringList, requests);
     ShownRestorePage shown;
     shown.page.setOwnerFlag(owner);
@@ -89,7 +84,7 @@ void RestorePageTest::systemRestore()
     shown.restoreButton()->click();
 
     QCOMPARE(dialog.dialogs, 1);
-    QCOMPARE(dialog.title, title);
+    QCOMPARE(dialog.title, keep ? u"Keep Personal Files"_s : u"Reset to Factory Settings"_s);
     QCOMPARE(dialog.message,
         keep ? u"It will reset data on your system disk but keep your personal data. You need to create an account "
                "with the same username as the current user so that you can access your personal data later. Please "
@@ -103,29 +98,20 @@ void RestorePageTest::systemRestore()
     QVERIFY(!shown.waitingDuringRequest);
 }
 
-void RestorePageTest::backupFiles_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QStringList>("requests");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("directory") << u"/media/kestro/b 1"_s << QStringList{u"/media/kestro/b 1"_s} << QString();
-    QTest::newRow("nothing") << QString() << QStringList{} << backupInvalid;
-}
-
 void RestorePageTest::backupFiles()
 {
-    QFETCH(QString, path);
-    QFETCH(QStringList, requests);
-    QFETCH(QString, error);
     ShownRestorePage shown;
     shown.choose(1);
-    shown.page.findChild<VFileChooserEdit*>()->setText(path);
-    shown.page.onManualRestoreErrorChanged(Utils::InvalidPath);
     shown.restoreButton()->click();
-    QCOMPARE(shown.requests, requests);
-    QCOMPARE(shown.errorText(), error);
-    QCOMPARE(shown.waitingButton()->isVisible(), !requests.isEmpty());
-    QCOMPARE(shown.restoreButton()->isVisible(), requests.isEmpty());
+    QCOMPARE(shown.requests, QStringList{});
+    QCOMPARE(shown.errorText(), backupInvalid);
+    QVERIFY(shown.restoreButton()->isVisible() && !shown.waitingButton()->isVisible());
+
+    shown.page.findChild<VFileChooserEdit*>()->setText(u"/media/kestro/b 1"_s);
+    shown.restoreButton()->click();
+    QCOMPARE(shown.requests, QStringList{u"/media/kestro/b 1"_s});
+    QCOMPARE(shown.errorText(), QString());
+    QVERIFY(shown.waitingButton()->isVisible() && !shown.restoreButton()->isVisible());
 }
 
 void RestorePageTest::restorePoint_data()
@@ -141,9 +127,8 @@ void RestorePageTest::restorePoint_data()
                                    << QStringList{};
     QTest::newRow("without owner") << u"/b"_s << u"11-22"_s << false << QStringList{u"/b"_s} << QString()
                                    << QStringList{};
-    QTest::newRow("no UUID") << u"/b"_s << QString() << true << QStringList{} << QString() << warning;
     QTest::newRow("no path") << QString() << u"11-22"_s << true << QStringList{} << backupInvalid << QStringList{};
-    QTest::newRow("neither") << QString() << QString() << true << QStringList{} << QString() << warning;
+    QTest::newRow("no UUID and no path") << QString() << QString() << true << QStringList{} << QString() << warning;
 }
 
 void RestorePageTest::restorePoint()
@@ -201,21 +186,17 @@ void RestorePageTest::rowsOffered_data()
 {
     QTest::addColumn<bool>("restricted");
     QTest::addColumn<bool>("haveInitBackup");
-    QTest::addColumn<bool>("systemRow"); // usable
-    QTest::addColumn<bool>("otherRows"); // shown
     QTest::addColumn<bool>("button");
-    QTest::newRow("everything") << false << true << true << true << true;
-    QTest::newRow("no initial backup") << false << false << false << true << true;
-    QTest::newRow("restricted") << true << true << true << false << true;
-    QTest::newRow("restricted, no initial backup") << true << false << false << false << false;
+    QTest::newRow("everything") << false << true << true;
+    QTest::newRow("no initial backup") << false << false << true;
+    QTest::newRow("restricted") << true << true << true;
+    QTest::newRow("restricted, no initial backup") << true << false << false;
 }
 
 void RestorePageTest::rowsOffered()
 {
     QFETCH(bool, restricted);
     QFETCH(bool, haveInitBackup);
-    QFETCH(bool, systemRow);
-    QFETCH(bool, otherRows);
     QFETCH(bool, button);
     ShownRestorePage shown(haveInitBackup);
     if (restricted) {
@@ -225,11 +206,11 @@ void RestorePageTest::rowsOffered()
     QCoreApplication::processEvents();
     auto* first = shown.row(u"Reset to factory settings"_s);
     QVERIFY(first->isVisible());
-    QCOMPARE(first->isEnabled(), systemRow);
-    QCOMPARE(first->isChecked(), systemRow || restricted);
-    QCOMPARE(shown.keepFiles()->isEnabled(), systemRow);
-    QCOMPARE(shown.row(u"Restore from backup files"_s)->isVisible(), otherRows);
-    QCOMPARE(shown.row(u"Restore from a restore point"_s)->isVisible(), otherRows);
+    QCOMPARE(first->isEnabled(), haveInitBackup);
+    QCOMPARE(first->isChecked(), haveInitBackup || restricted);
+    QCOMPARE(shown.keepFiles()->isEnabled(), haveInitBackup);
+    QCOMPARE(shown.row(u"Restore from backup files"_s)->isVisible(), !restricted);
+    QCOMPARE(shown.row(u"Restore from a restore point"_s)->isVisible(), !restricted);
     QCOMPARE(shown.restoreButton()->isVisible(), button);
 
     const QString tip =
@@ -322,37 +303,26 @@ void RestorePageTest::smallPageShowsItsButton()
     QVERIFY(shown.page.rect().contains(button));
 }
 
-void RestorePageTest::cancelling_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<QStringList>("calls");
-    QTest::addColumn<QString>("log");
-    QTest::newRow("reboots") << 1 << QStringList{u"systemctl reboot"_s}
-                             << u", RestorePage::onCancelRestore reboot now"_s;
-    QTest::newRow("cancels") << 0 << QStringList{u"pkexec /bin/kestro-recovery-tool -a cancel_restore"_s}
-                             << u"doCancelRestore, exitCode: 7 , args:  "
-                                "QList(\"/bin/kestro-recovery-tool\", \"-a\", \"cancel_restore\") , error:  \"no\""_s;
-}
-
 void RestorePageTest::cancelling()
 {
-    QFETCH(int, answer);
-    QFETCH(QStringList, calls);
-    QFETCH(QString, log);
     FakePrograms programs;
     programs.reply({u"systemctl"_s, u"reboot"_s});
     programs.reply({u"pkexec"_s}, FakePrograms::Reply{.err = "no", .exitCode = 7});
     ShownRestorePage shown;
-    DialogAnswer dialog(answer);
-    const LogCapture lines;
-    shown.page.onCancelRestore();
-    QCOMPARE(dialog.message, u"System restore is ready. Do you want to reboot and restore your system now?"_s);
-    QCOMPARE(dialog.confirmText, u"Reboot and Restore"_s);
-    QCOMPARE(programs.callLines(), calls);
-    QCOMPARE(lines.messages(QtDebugMsg), QStringList{log});
-    if (answer == 0) {
-        QCOMPARE(shown.page.doCancelRestore(), 7);
+    const LogCapture log;
+    for (const int answer : {1, 0}) {
+        const DialogAnswer dialog(answer);
+        shown.page.onCancelRestore();
+        QCOMPARE(dialog.message, u"System restore is ready. Do you want to reboot and restore your system now?"_s);
+        QCOMPARE(dialog.confirmText, u"Reboot and Restore"_s);
     }
+    QCOMPARE(programs.callLines(),
+        (QStringList{u"systemctl reboot"_s, u"pkexec /bin/kestro-recovery-tool -a cancel_restore"_s}));
+    QCOMPARE(log.messages(QtDebugMsg),
+        (QStringList{u", RestorePage::onCancelRestore reboot now"_s,
+            u"doCancelRestore, exitCode: 7 , args:  QList(\"/bin/kestro-recovery-tool\", \"-a\", "
+            "\"cancel_restore\") , error:  \"no\""_s}));
+    QCOMPARE(shown.page.doCancelRestore(), 7);
 }
 
 int main(int argc, char** argv)
