@@ -45,37 +45,11 @@ class BlkIdTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void lines_data();
-    void lines();
     void recordings();
-    void lvmMember_data();
+    void cutLines();
     void lvmMember();
-    void unlistedVolumes_data();
     void unlistedVolumes();
 };
-
-void BlkIdTest::lines_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("fields");
-    QTest::newRow("vfat") << uR"(/dev/sda1: UUID="AB12" BLOCK_SIZE="512" TYPE="vfat" PARTLABEL="EFI" PARTUUID="x-1")"_s
-                          << u"/dev/sda1|x-1|EFI||AB12|vfat|||"_s;
-    QTest::newRow("LVM") << uR"(/dev/sda2: UUID="u" TYPE="LVM2_member" PARTUUID="x-2")"_s
-                         << u"/dev/sda2|x-2|||u|LVM2_member|||"_s;
-    QTest::newRow("longer keys first") << uR"(/dev/sda: PTUUID="p" PTTYPE="gpt" PARTUUID="x" UUID_SUB="s")"_s
-                                       << u"/dev/sda|x||||||p|gpt"_s;
-    QTest::newRow("quote in a label cuts it")
-        << uR"(/dev/sdb1: LABEL="My \"Disk\"" UUID="u" TYPE="ext4")"_s << u"/dev/sdb1|||My \\|u|ext4|||"_s;
-    QTest::newRow("value cut off") << uR"(/dev/sdb1: UUID="u" TYPE="ex)"_s << u"/dev/sdb1||||u|ex|||"_s;
-    QTest::newRow("no value") << u"/dev/sdb1: TYPE="_s << u"/dev/sdb1||||||||"_s;
-    QTest::newRow("no key") << u"/dev/sdb1:"_s << u"/dev/sdb1||||||||"_s;
-}
-
-void BlkIdTest::lines()
-{
-    QFETCH(QString, line);
-    QTEST(textOf(Utils::parseBlkIdLine(line)), "fields");
-}
 
 void BlkIdTest::recordings()
 {
@@ -92,40 +66,27 @@ void BlkIdTest::recordings()
         (QStringList{u"/dev/sdz|||||||1a2f12cb-018c-514b-a1dc-edc3b610b3ff|gpt"_s}));
 }
 
-void BlkIdTest::lvmMember_data()
+void BlkIdTest::cutLines()
 {
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<bool>("isMember");
-    QTest::newRow("as blkid writes it") << u"LVM2_member"_s << true;
-    QTest::newRow("other case") << u"lvm2_MEMBER"_s << true;
-    QTest::newRow("LUKS") << u"crypto_LUKS"_s << false;
-    QTest::newRow("none") << QString() << false;
+    const QString cutValue = uR"(/dev/sdb1: UUID="u" TYPE="ex)"_s;
+    QCOMPARE(textOf(Utils::parseBlkIdLine(cutValue)), u"/dev/sdb1||||u|ex|||"_s);
+    QCOMPARE(textOf(Utils::parseBlkIdLine(u"/dev/sdb1: TYPE="_s)), u"/dev/sdb1||||||||"_s);
 }
 
 void BlkIdTest::lvmMember()
 {
-    QFETCH(QString, type);
-    QTEST(Utils::hasLvmMember({device(u"/dev/sda1"_s, u"ext4"_s), device(u"/dev/sda2"_s, type)}), "isMember");
-}
-
-void BlkIdTest::unlistedVolumes_data()
-{
-    QTest::addColumn<QString>("names");
-    QTest::addColumn<QStringList>("paths");
-    QTest::newRow("none") << QString() << QStringList{};
-    QTest::newRow("listed already") << u"vg-root\n"_s << QStringList{};
-    QTest::newRow("two more") << u"vg-root\n vg-swap \n\nvg-data"_s
-                              << QStringList{u"/dev/mapper/vg-swap"_s, u"/dev/mapper/vg-data"_s};
-    QTest::newRow("opened LUKS, listed or not")
-        << u"luks-1\nluks-2\nmyluks\n"_s << QStringList{u"/dev/mapper/myluks"_s};
+    const BlkIdInfo other = device(u"/dev/sda1"_s, u"ext4"_s);
+    QVERIFY(Utils::hasLvmMember({other, device(u"/dev/sda2"_s, u"lvm2_MEMBER"_s)}));
+    QVERIFY(!Utils::hasLvmMember({other, device(u"/dev/sda2"_s, u"crypto_LUKS"_s)}));
 }
 
 void BlkIdTest::unlistedVolumes()
 {
-    QFETCH(QString, names);
     const QList<BlkIdInfo> listed{
         device(u"/dev/sda2"_s, u"LVM2_member"_s), device(u"/dev/mapper/vg-root"_s), device(u"/dev/mapper/luks-1"_s)};
-    QTEST(Utils::unlistedMapperPaths(listed, names), "paths");
+    const QString names = u"vg-root\n vg-swap \n\nvg-data\nluks-1\nluks-2\nmyluks\n"_s;
+    QCOMPARE(Utils::unlistedMapperPaths(listed, names),
+        (QStringList{u"/dev/mapper/vg-swap"_s, u"/dev/mapper/vg-data"_s, u"/dev/mapper/myluks"_s}));
 }
 
 QTEST_GUILESS_MAIN(BlkIdTest)

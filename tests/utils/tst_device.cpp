@@ -33,7 +33,6 @@ private Q_SLOTS:
     void umount();
     void mediaMountPoints();
     void mountPointOfUuid();
-    void hostileUuids_data();
     void hostileUuids();
     void manyThreads();
 
@@ -122,7 +121,6 @@ void DeviceTest::lookup_data()
     row(u"mapped"_s, u"sdb"_s);
     row(u"/dev/mapper/mapped"_s, {});
     row(u"/dev/loop0"_s, {});
-    row(u"/run/live/rootfs"_s, {});
     row(u"1111-aaaa"_s, {});
     row({}, {});
 }
@@ -184,7 +182,6 @@ void DeviceTest::mount_data()
     QTest::newRow("there already: again, deliberately") << u"part"_s << u"/media/x"_s << 0 << true;
     QTest::newRow("elsewhere") << u"part"_s << u"/media/y"_s << 0 << false;
     QTest::newRow("a disk") << u"disk"_s << QString() << 0 << false;
-    QTest::newRow("a volume") << u"lvm"_s << QString() << 0 << false;
 }
 
 void DeviceTest::mount()
@@ -264,22 +261,15 @@ void DeviceTest::mountPointOfUuid()
     QCOMPARE(mountPoint, u"kept"_s);
 }
 
-void DeviceTest::hostileUuids_data()
-{
-    QTest::addColumn<QString>("uuid");
-    for (const char* uuid : {"", "a; touch /tmp/hit", "$(touch /tmp/hit)", "-f/etc/passwd", "a b", "a\n", "a|b", "é"}) {
-        QTest::newRow(uuid) << QString::fromUtf8(uuid);
-    }
-}
-
 void DeviceTest::hostileUuids()
 {
-    QFETCH(QString, uuid);
     QString mountPoint;
-    const LogCapture log;
-    QVERIFY(!Device::getMountPointByUUID(uuid, mountPoint));
-    QCOMPARE(log.messages(QtInfoMsg).size(), 1);
-    QCOMPARE(m_programs->calls().size(), 0);
+    for (const char* uuid : {"", "a; touch /tmp/hit", "$(touch /tmp/hit)", "-f/etc/passwd", "a b", "a\n", "a|b", "é"}) {
+        const LogCapture log;
+        QVERIFY2(!Device::getMountPointByUUID(QString::fromUtf8(uuid), mountPoint), uuid);
+        QVERIFY2(log.messages(QtInfoMsg).size() == 1, uuid);
+    }
+    QCOMPARE(m_programs->callLines(), QStringList());
     QVERIFY(!QFile::exists(u"/tmp/hit"_s));
 }
 

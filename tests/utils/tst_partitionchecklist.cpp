@@ -42,7 +42,6 @@ class PartitionCheckListTest : public QObject
 private Q_SLOTS:
     void choice_data();
     void choice();
-    void fieldsOfChosenItems();
     void classification_data();
     void classification();
 };
@@ -62,14 +61,9 @@ void PartitionCheckListTest::choice_data()
         uR"(/dev/sda2: UUID="P" TYPE="LVM2_member")"_s}
                                      << none << none;
     QTest::newRow("loop devices") << QStringList{uR"(/dev/loop0: UUID="S" TYPE="squashfs")"_s} << none << none;
-    QTest::newRow("file systems in their order")
-        << QStringList{uR"(/dev/sdb1: UUID="B" TYPE="ext4")"_s, root, uR"(/dev/mapper/vg-home: UUID="H" TYPE="xfs")"_s}
-        << QStringList{u"/dev/sdb1"_s, u"/dev/sda2"_s, u"/dev/mapper/vg-home"_s} << none;
     QTest::newRow("whole disk") << QStringList{uR"(/dev/sda: PTUUID="9" PTTYPE="gpt")"_s} << none << none;
     QTest::newRow("partition table's UUID alone")
         << QStringList{uR"(/dev/sdb: PTUUID="9")"_s} << none << QStringList{u"/dev/sdb"_s};
-    QTest::newRow("blank partitions come apart") << QStringList{uR"(/dev/sdb9: PARTUUID="8-9")"_s, root}
-                                                 << QStringList{u"/dev/sda2"_s} << QStringList{u"/dev/sdb9"_s};
     QTest::newRow("recovery and blanks on its disk")
         << QStringList{recovery, uR"(/dev/sda6: PARTUUID="9-6")"_s, uR"(/dev/sdb1: PARTUUID="8-1")"_s, root}
         << QStringList{u"/dev/sda2"_s} << QStringList{u"/dev/sdb1"_s};
@@ -94,16 +88,6 @@ void PartitionCheckListTest::choice()
     const PartitionCheckCandidates candidates = choosePartitionsToCheck(parsed(lines));
     QTEST(pathsOf(candidates.fileSystems), "fileSystems");
     QTEST(pathsOf(candidates.blanks), "blanks");
-}
-
-void PartitionCheckListTest::fieldsOfChosenItems()
-{
-    const PartitionCheckCandidates candidates = choosePartitionsToCheck(parsed(
-        {uR"(/dev/sda2: LABEL="Root" UUID="R" TYPE="ext4")"_s, uR"(/dev/sda3: PARTLABEL="x" PARTUUID="9-3")"_s}));
-    QCOMPARE(candidates.fileSystems.first().toText(),
-        u"devicePath: /dev/sda2, label: Root, uuid: R, mountPoint: , fsType: ext4, status: 0, deviceType: -1"_s);
-    QCOMPARE(candidates.blanks.first().toText(),
-        u"devicePath: /dev/sda3, label: , uuid: , mountPoint: , fsType: , status: -1, deviceType: -1"_s);
 }
 
 void PartitionCheckListTest::classification_data()
