@@ -50,7 +50,6 @@ void DmDependenciesTest::lines_data()
                                           u"vg0-root on dm-0"_s, u"vg0-swap on dm-0"_s};
     QTest::newRow("only the last of several, deliberately")
         << recording(u"dmsetup/composed-two-pvs.txt"_s) << QStringList{u"vg-root on sda5"_s};
-    QTest::newRow("nothing mapped") << recording(u"dmsetup/composed-none.txt"_s) << QStringList{};
     QTest::newRow("blanks and empty lines")
         << u"\n  luks-abc: 1 dependencies : ( sda3 ) \n\n"_s << QStringList{u"luks-abc on sda3"_s};
     QTest::newRow("colon in the name") << u"a:b: 1 dependencies : (sda3)"_s << QStringList{u"a on sda3"_s};

@@ -25,27 +25,17 @@ class InstalledVersionTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void edition_data();
     void edition();
     void minorVersion_data();
     void minorVersion();
     void missingFiles();
 };
 
-void InstalledVersionTest::edition_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("edition");
-    QTest::newRow("named") << QByteArray("[Release]\nType=Device\n") << u"Device"_s;
-    QTest::newRow("other group") << QByteArray("[Other]\nType=Device\n") << u"Professional"_s;
-}
-
 void InstalledVersionTest::edition()
 {
-    QFETCH(QByteArray, content);
     const QTemporaryDir root;
-    writeFile(root.filePath(u"usr/lib/kestro/desktop-version"_s), content);
-    QTEST(installedEdition(root.path()), "edition");
+    writeFile(root.filePath(u"usr/lib/kestro/desktop-version"_s), "[Other]\nType=Home\n[Release]\nType=Device\n");
+    QCOMPARE(installedEdition(root.path()), u"Device"_s);
 }
 
 void InstalledVersionTest::minorVersion_data()
@@ -62,7 +52,6 @@ void InstalledVersionTest::minorVersion_data()
     link("plain file", {}, u"etc/os-version"_s);
     link("absolute link", u"/usr/lib/os-version"_s, u"usr/lib/os-version"_s);
     link("link beside it", u"os-version.real"_s, u"etc/os-version.real"_s);
-    link("link upwards", u"../usr/lib/os-version"_s, u"usr/lib/os-version"_s);
     link("link above the root stays inside", u"../../../../../../../../usr/x"_s, u"usr/x"_s);
     QTest::newRow("dangling link") << u"/none"_s << u"usr/x"_s << content << 0;
     QTest::newRow("no number") << QString() << u"etc/os-version"_s << QByteArray("[Version]\nMinorVersion=20.5\n") << 0;

@@ -4,7 +4,6 @@
 #include "utils/core/usagereports.h"
 
 #include <QFile>
-#include <QSet>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -20,7 +19,6 @@ private Q_SLOTS:
     void cutAnywhere();
     void oddReports_data();
     void oddReports();
-    void eachTypeHasOneTool();
     void swapTable_data();
     void swapTable();
 };
@@ -162,18 +160,6 @@ void UsageReportsTest::oddReports()
     QFETCH(QString, report);
     QFETCH(QString, expected);
     QCOMPARE(parsed(tool, report), expected);
-}
-
-void UsageReportsTest::eachTypeHasOneTool()
-{
-    QSet<FsType> seen;
-    for (const BlockCountTool& row : blockCountTools()) {
-        for (const FsType type : row.types) {
-            QVERIFY(!seen.contains(type));
-            seen.insert(type);
-        }
-    }
-    QCOMPARE(seen.size(), 7);
 }
 
 void UsageReportsTest::swapTable_data()
