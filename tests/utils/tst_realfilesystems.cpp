@@ -77,6 +77,8 @@ void RealFileSystemsTest::usage_data()
     QTest::addColumn<qint64>("tolerance"); // of the answers, and of what 8 MiB take
     const QString copyByTool = u"head -c 8M /dev/urandom >/tmp/data; "_s;
     QTest::newRow("ext4") << FsType::Ext4 << 64 << u"mkfs.ext4 -q $1"_s << mountAndWrite << askKernel << qint64(0);
+    QTest::newRow("ext2") << FsType::Ext2 << 64 << u"mkfs.ext2 -q $1"_s << mountAndWrite << askKernel << qint64(0);
+    QTest::newRow("ext3") << FsType::Ext3 << 64 << u"mkfs.ext3 -q $1"_s << mountAndWrite << askKernel << qint64(0);
     QTest::newRow("xfs") << FsType::Xfs << 320 << u"mkfs.xfs -q $1"_s << mountAndWrite << askKernel << mebibyte;
     // btrfs takes room from the device in large pieces: what it says is not the kernel's free space.
     QTest::newRow("btrfs") << FsType::Btrfs << 128 << u"mkfs.btrfs -q $1 2>/dev/null"_s << QString()
