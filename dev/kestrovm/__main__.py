@@ -50,10 +50,12 @@ def main() -> int:
     recovery_system = product.recovery_system(options.image)
     os.environ["PATH"] = f"{product.image_tool(recovery_system)}:{os.environ['PATH']}"
     rows = {"all": ALL, "smoke": SMOKE}.get(options.scenario)
-    results = (Series(this_program("--image", recovery_system)).carry_out(rows, options.at_once) if rows
-               else [tell(options.scenario, recovery_system)])
-    (WORK / f"{options.scenario}.md").write_text(table(results) + "\n", encoding="utf-8")
-    print(f"\n{table(results)}")
+    if rows:
+        results = Series(this_program("--image", recovery_system)).carry_out(rows, options.at_once)
+        (WORK / f"{options.scenario}.md").write_text(table(results) + "\n", encoding="utf-8")
+        print(f"\n{table(results)}")
+    else:
+        results = [tell(options.scenario, recovery_system)]
     failed = any(result.failed for result in results)
     print("FAIL" if failed else "PASS")
     return 1 if failed else 0
