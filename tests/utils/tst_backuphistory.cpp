@@ -15,11 +15,9 @@ private Q_SLOTS:
     void initTestCase();
     void record_data();
     void record();
-    void directory_data();
     void directory();
     void completeness_data();
     void completeness();
-    void day_data();
     void day();
     void order();
 };
@@ -57,21 +55,11 @@ void BackupHistoryTest::record()
     QTEST(backups, "backups");
 }
 
-void BackupHistoryTest::directory_data()
-{
-    QTest::addColumn<QString>("mountPoint");
-    QTest::addColumn<QString>("recorded");
-    QTest::addColumn<QString>("directory");
-    QTest::newRow("leading slash") << u"/media/%2"_s << u"/backup/1"_s << u"/media/%2/backup/1"_s;
-    QTest::newRow("no leading slash") << u"/media/d"_s << u"backup"_s << u"/media/d/backup"_s;
-    QTest::newRow("mounted at the root") << u"/"_s << u"backup"_s << u"/backup"_s;
-}
-
 void BackupHistoryTest::directory()
 {
-    QFETCH(QString, mountPoint);
-    QFETCH(QString, recorded);
-    QTEST(backupDirectory(mountPoint, recorded), "directory");
+    QCOMPARE(backupDirectory(u"/media/%2"_s, u"/backup/1"_s), u"/media/%2/backup/1"_s);
+    QCOMPARE(backupDirectory(u"/media/d"_s, u"backup"_s), u"/media/d/backup"_s);
+    QCOMPARE(backupDirectory(u"/"_s, u"backup"_s), u"/backup"_s);
 }
 
 void BackupHistoryTest::completeness_data()
@@ -96,19 +84,11 @@ void BackupHistoryTest::completeness()
     QVERIFY(!listBackupFiles(dir.filePath(u"gone"_s)).isComplete());
 }
 
-void BackupHistoryTest::day_data()
-{
-    QTest::addColumn<QString>("createTime");
-    QTest::addColumn<QString>("day");
-    QTest::newRow("largest") << u"4294967295"_s << u"2106/02/07"_s;
-    QTest::newRow("too large") << u"4294967296"_s << u"1970/01/01"_s;
-    QTest::newRow("no number") << u"abc"_s << u"1970/01/01"_s;
-}
-
 void BackupHistoryTest::day()
 {
-    QFETCH(QString, createTime);
-    QTEST(backupDay(createTime), "day");
+    QCOMPARE(backupDay(u"4294967295"_s), u"2106/02/07"_s);
+    QCOMPARE(backupDay(u"4294967296"_s), u"1970/01/01"_s);
+    QCOMPARE(backupDay(u"abc"_s), u"1970/01/01"_s);
 }
 
 void BackupHistoryTest::order()

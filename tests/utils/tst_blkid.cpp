@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Recording.h"
+
 #include "utils/blkid.h"
 
-#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -19,12 +20,8 @@ QString textOf(const BlkIdInfo& info)
 
 QStringList parsedRecording(const QString& name)
 {
-    QFile file(QStringLiteral(KESTRO_TEST_DATA "/blkid/") + name);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {u"cannot be read"_s};
-    }
     QStringList texts;
-    for (const QString& line : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+    for (const QString& line : recording(u"blkid/"_s + name).split(u'\n', Qt::SkipEmptyParts)) {
         texts.append(textOf(Utils::parseBlkIdLine(line)));
     }
     return texts;

@@ -23,7 +23,6 @@ private Q_SLOTS:
     void cleanup();
     void collects();
     void failedTools();
-    void lookup_data();
     void lookup();
     void usageFromDf();
     void isLvmRunsEverything();
@@ -106,34 +105,26 @@ void DeviceTest::failedTools()
     QVERIFY(!Device::lookupDevice(u"/dev/sdb"_s));
 }
 
-void DeviceTest::lookup_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("kname");
-    const auto row = [](const QString& key, const QString& kname) { QTest::newRow(qPrintable(key)) << key << kname; };
-    row(u"/dev/nvme0n1p1"_s, u"nvme0n1p1"_s);
-    row(u"nvme0n1"_s, u"nvme0n1"_s);
-    row(u"1111-AAAA"_s, u"nvme0n1p1"_s);
-    row(u"EFI"_s, u"nvme0n1p1"_s);
-    row(u"/media/user/a b"_s, u"nvme0n1p2"_s);
-    row(u"/dev/disk/by-uuid/1111-AAAA"_s, u"nvme0n1p1"_s);
-    row(u"/dev/disk/by-partlabel/EFI"_s, u"nvme0n1p1"_s);
-    row(u"mapped"_s, u"sdb"_s);
-    row(u"/dev/mapper/mapped"_s, {});
-    row(u"/dev/loop0"_s, {});
-    row(u"1111-aaaa"_s, {});
-    row({}, {});
-}
-
 void DeviceTest::lookup()
 {
-    QFETCH(QString, key);
-    QFETCH(QString, kname);
     prepare(u"composed-mixed.txt"_s, u"composed-none.txt"_s);
     QVERIFY(QFile::link(u"/dev/sdb"_s, u"/dev/mapper/mapped"_s));
     Device::refreshDevices();
-    const BlockDevicePtr found = Device::lookupDevice(key);
-    QCOMPARE(found ? found->kname : QString(), kname);
+    const auto found = [](const QString& key) {
+        const BlockDevicePtr device = Device::lookupDevice(key);
+        return device ? device->kname : QString();
+    };
+    QCOMPARE(found(u"/dev/nvme0n1p1"_s), u"nvme0n1p1"_s);
+    QCOMPARE(found(u"nvme0n1"_s), u"nvme0n1"_s);
+    QCOMPARE(found(u"1111-AAAA"_s), u"nvme0n1p1"_s);
+    QCOMPARE(found(u"EFI"_s), u"nvme0n1p1"_s);
+    QCOMPARE(found(u"/media/user/a b"_s), u"nvme0n1p2"_s);
+    QCOMPARE(found(u"/dev/disk/by-uuid/1111-AAAA"_s), u"nvme0n1p1"_s);
+    QCOMPARE(found(u"/dev/disk/by-partlabel/EFI"_s), u"nvme0n1p1"_s);
+    QCOMPARE(found(u"mapped"_s), u"sdb"_s);
+    for (const QString& key : {u"/dev/mapper/mapped"_s, u"/dev/loop0"_s, u"1111-aaaa"_s, QString()}) {
+        QVERIFY2(found(key).isEmpty(), qPrintable(key));
+    }
 }
 
 void DeviceTest::usageFromDf()

@@ -12,7 +12,6 @@ class DmDependenciesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void lines_data();
     void lines();
     void mapperLinks();
     void parents();
@@ -41,28 +40,17 @@ BlockDevicePtr device(const QString& kname, const QString& pkname = {})
 
 } // namespace
 
-void DmDependenciesTest::lines_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("recorded luks") << recording(u"dmsetup/composed-luks-lvm.txt"_s)
-                                   << QStringList{u"luks_crypt0 on sda3"_s, u"vg0-home on dm-0"_s,
-                                          u"vg0-root on dm-0"_s, u"vg0-swap on dm-0"_s};
-    QTest::newRow("only the last of several, deliberately")
-        << recording(u"dmsetup/composed-two-pvs.txt"_s) << QStringList{u"vg-root on sda5"_s};
-    QTest::newRow("blanks and empty lines")
-        << u"\n  luks-abc: 1 dependencies : ( sda3 ) \n\n"_s << QStringList{u"luks-abc on sda3"_s};
-    QTest::newRow("colon in the name") << u"a:b: 1 dependencies : (sda3)"_s << QStringList{u"a on sda3"_s};
-    QTest::newRow("cut") << u"vg-root: 1 dependencies : (sd"_s << QStringList{};
-    QTest::newRow("garbage") << u"$(reboot)\n:\n()\n:()"_s << QStringList{u" on "_s};
-    QTest::newRow("1 MiB") << u"a: "_s + QString(1 << 20, u'(') << QStringList{};
-}
-
 void DmDependenciesTest::lines()
 {
-    QFETCH(QString, text);
-    QFETCH(QStringList, expected);
-    QCOMPARE(parsed(text), expected);
+    QCOMPARE(parsed(recording(u"dmsetup/composed-luks-lvm.txt"_s)),
+        (QStringList{u"luks_crypt0 on sda3"_s, u"vg0-home on dm-0"_s, u"vg0-root on dm-0"_s, u"vg0-swap on dm-0"_s}));
+    // Only the last of several, deliberately.
+    QCOMPARE(parsed(recording(u"dmsetup/composed-two-pvs.txt"_s)), QStringList{u"vg-root on sda5"_s});
+    QCOMPARE(parsed(u"\n  luks-abc: 1 dependencies : ( sda3 ) \n\n"_s), QStringList{u"luks-abc on sda3"_s});
+    QCOMPARE(parsed(u"a:b: 1 dependencies : (sda3)"_s), QStringList{u"a on sda3"_s});
+    QCOMPARE(parsed(u"vg-root: 1 dependencies : (sd"_s), QStringList());
+    QCOMPARE(parsed(u"$(reboot)\n:\n()\n:()"_s), QStringList{u" on "_s});
+    QCOMPARE(parsed(u"a: "_s + QString(1 << 20, u'(')), QStringList());
 }
 
 void DmDependenciesTest::mapperLinks()

@@ -25,14 +25,6 @@ QStringList pathsOf(const QList<PartitionCheckItem>& items)
     return paths;
 }
 
-PartitionCheckItem itemOf(const QString& uuid)
-{
-    PartitionCheckItem item;
-    item.uuid = uuid;
-    item.deviceType = -1;
-    return item;
-}
-
 } // namespace
 
 class PartitionCheckListTest : public QObject
@@ -42,7 +34,6 @@ class PartitionCheckListTest : public QObject
 private Q_SLOTS:
     void choice_data();
     void choice();
-    void classification_data();
     void classification();
 };
 
@@ -90,28 +81,21 @@ void PartitionCheckListTest::choice()
     QTEST(pathsOf(candidates.blanks), "blanks");
 }
 
-void PartitionCheckListTest::classification_data()
-{
-    QTest::addColumn<QString>("uuid");
-    QTest::addColumn<int>("deviceType");
-    QTest::addColumn<QString>("mountPoint");
-    QTest::newRow("mounted") << u"R"_s << 1 << u"/"_s;
-    QTest::newRow("swap") << u"S"_s << 1 << u"SWAP"_s;
-    QTest::newRow("mounted nowhere, but no swap") << u"N"_s << 1 << u"none"_s;
-    QTest::newRow("not listed") << u"X"_s << 0 << QString();
-    QTest::newRow("in the fstab but not among the system's") << u"F"_s << 0 << QString();
-    QTest::newRow("gone from the fstab at hand") << u"G"_s << 1 << QString();
-}
-
 void PartitionCheckListTest::classification()
 {
-    QFETCH(QString, uuid);
+    // F is in the fstab but not among the system's UUIDs; G has gone from the fstab at hand.
     const FSTabInfoList fstab = FSTab::parseFSTab("UUID=R / ext4 rw 0 1\nUUID=S none swap sw 0 0\n"
                                                   "UUID=N none ext4 noauto 0 0\nUUID=F /f ext4 rw 0 2\n");
-    QList<PartitionCheckItem> items{itemOf(uuid)};
+    QList<PartitionCheckItem> items;
+    for (const QString& uuid : {u"R"_s, u"S"_s, u"N"_s, u"X"_s, u"F"_s, u"G"_s}) {
+        items.append(PartitionCheckItem{{}, {}, uuid, {}, {}, 0, -1});
+    }
     classifyPartitions(items, {u"R"_s, u"S"_s, u"N"_s, u"G"_s}, fstab);
-    QTEST(items.first().deviceType, "deviceType");
-    QTEST(items.first().mountPoint, "mountPoint");
+    QStringList found;
+    for (const PartitionCheckItem& item : std::as_const(items)) {
+        found.append(u"%1 %2 %3"_s.arg(item.uuid).arg(item.deviceType).arg(item.mountPoint));
+    }
+    QCOMPARE(found, (QStringList{u"R 1 /"_s, u"S 1 SWAP"_s, u"N 1 none"_s, u"X 0 "_s, u"F 0 "_s, u"G 1 "_s}));
 }
 
 QTEST_GUILESS_MAIN(PartitionCheckListTest)

@@ -16,28 +16,21 @@ class SystemLocaleTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void values_data();
     void values();
     void files_data();
     void files();
 };
 
-void SystemLocaleTest::values_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("value"); // "-": none
-
-    QTest::newRow("quotes stay") << QByteArray("LANG=C\nLANGUAGE=\"en_US\"\n") << u"\"en_US\""_s;
-    QTest::newRow("first line wins") << QByteArray("\nLANGUAGE=de_DE\nLANGUAGE=en_US") << u"de_DE"_s;
-    QTest::newRow("deliberate: a comment counts") << QByteArray("# LANGUAGE=de_DE\nLANGUAGE=en_US\n") << u"de_DE"_s;
-    QTest::newRow("after the line's first equal sign") << QByteArray("X=1 LANGUAGE=en=US\n") << u"1 LANGUAGE=en=US"_s;
-    QTest::newRow("no key") << QByteArray("LANG=en_US.UTF-8\n") << u"-"_s;
-}
-
 void SystemLocaleTest::values()
 {
-    QFETCH(QByteArray, content);
-    QTEST(parseLocaleValue(content, "LANGUAGE="_L1).value_or(u"-"_s), "value");
+    const auto value = [](const QByteArray& content) {
+        return parseLocaleValue(content, "LANGUAGE="_L1).value_or(u"-"_s);
+    };
+    QCOMPARE(value("LANG=C\nLANGUAGE=\"en_US\"\n"), u"\"en_US\""_s);
+    QCOMPARE(value("\nLANGUAGE=de_DE\nLANGUAGE=en_US"), u"de_DE"_s);
+    QCOMPARE(value("# LANGUAGE=de_DE\nLANGUAGE=en_US\n"), u"de_DE"_s); // deliberate: a comment counts
+    QCOMPARE(value("X=1 LANGUAGE=en=US\n"), u"1 LANGUAGE=en=US"_s);
+    QCOMPARE(value("LANG=en_US.UTF-8\n"), u"-"_s);
 }
 
 void SystemLocaleTest::files_data()

@@ -49,17 +49,14 @@ private Q_SLOTS:
     void bootEnvironment();
     void locale();
 
-    void recoveryJson_data();
     void recoveryJson();
     void recoveryJsonThatIsNotThere();
     void swapSize();
     void recoveryUuid();
     void writability();
-    void imageCheck_data();
     void imageCheck();
     void initialImages();
     void smallCommands();
-    void processName_data();
     void processName();
 };
 
@@ -205,30 +202,27 @@ void UtilsTest::locale()
     QCOMPARE(locale, u"\"zh_CN\""_s);
 }
 
-void UtilsTest::recoveryJson_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QJsonObject>("object");
-    QTest::newRow("task") << QByteArray(R"({"type":"SystemBackup"})") << QJsonObject{{u"type"_s, u"SystemBackup"_s}};
-    QTest::newRow("broken") << QByteArray(R"({"type":)") << QJsonObject{};
-}
-
 void UtilsTest::recoveryJson()
 {
-    QFETCH(QByteArray, content);
     const QString path = Sandbox::freshFolder() + u"/recovery.json"_s;
-    Sandbox::writeFile(path, content);
+    Sandbox::writeFile(path, R"({"type":"SystemBackup"})");
     FakePrograms programs;
     programs.passThrough({u"sudo"_s, u"rm"_s});
     const LogCapture log;
     QJsonObject object{{u"old"_s, 1}};
     QVERIFY(Utils::getRecoveryJsonInfo(object, path));
-    QTEST(object, "object");
+    QCOMPARE(object, (QJsonObject{{u"type"_s, u"SystemBackup"_s}}));
     QVERIFY(!QFile::exists(path));
     QCOMPARE(programs.calls(), (QList<QStringList>{{u"sudo"_s, u"rm"_s, u"-f"_s, path}}));
     QCOMPARE(log.messages(QtDebugMsg),
         (QStringList{
             u"getRecoveryJsonInfo, recoveryJsonPath =  \"%1\""_s.arg(path), u"delete file:  \"%1\""_s.arg(path)}));
+
+    // What cannot be understood goes, too.
+    Sandbox::writeFile(path, R"({"type":)");
+    QVERIFY(Utils::getRecoveryJsonInfo(object, path));
+    QCOMPARE(object, QJsonObject());
+    QVERIFY(!QFile::exists(path));
 }
 
 void UtilsTest::recoveryJsonThatIsNotThere()
@@ -277,27 +271,19 @@ void UtilsTest::writability()
     QVERIFY(!Utils::isWritable({}));
 }
 
-void UtilsTest::imageCheck_data()
-{
-    QTest::addColumn<QByteArray>("out");
-    QTest::addColumn<QByteArray>("err");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<bool>("isGood");
-    QTest::newRow("good") << QByteArray("size 12") << QByteArray("a hint") << 0 << true;
-    QTest::newRow("bad on standard output") << QByteArray("x: invalid file\n") << QByteArray() << 0 << false;
-    QTest::newRow("bad on standard error") << QByteArray() << QByteArray("invalid file") << 0 << false;
-    QTest::newRow("a tool that failed in silence") << QByteArray() << QByteArray() << 1 << false;
-}
-
 void UtilsTest::imageCheck()
 {
-    QFETCH(QByteArray, out);
-    QFETCH(QByteArray, err);
-    QFETCH(int, exitCode);
+    const QString image = u"/a b.kim"_s;
     FakePrograms programs;
-    programs.reply({u"kestro-clone"_s}, {.out = out, .err = err, .exitCode = exitCode});
-    QTEST(Utils::checkImageFile(u"/a b.kim"_s), "isGood");
-    QCOMPARE(programs.calls(), (QList<QStringList>{{u"kestro-clone"_s, u"--kim-info"_s, u"/a b.kim"_s}}));
+    programs.reply({u"kestro-clone"_s}, {.out = "size 12", .err = "a hint"});
+    programs.reply({u"kestro-clone"_s}, {.out = "x: invalid file\n"});
+    programs.reply({u"kestro-clone"_s}, {.err = "invalid file"});
+    programs.reply({u"kestro-clone"_s}, {.exitCode = 1});
+    QVERIFY(Utils::checkImageFile(image));
+    QVERIFY2(!Utils::checkImageFile(image), "bad on standard output");
+    QVERIFY2(!Utils::checkImageFile(image), "bad on standard error");
+    QVERIFY2(!Utils::checkImageFile(image), "a tool that failed in silence");
+    QCOMPARE(programs.calls(), QList<QStringList>(4, {u"kestro-clone"_s, u"--kim-info"_s, image}));
 }
 
 void UtilsTest::initialImages()
@@ -347,21 +333,12 @@ void UtilsTest::smallCommands()
             u"dpkg --print-architecture"_s}));
 }
 
-void UtilsTest::processName_data()
-{
-    QTest::addColumn<QString>("pid");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("this process") << QString::number(QCoreApplication::applicationPid()) << u"tst_utils"_s;
-    QTest::newRow("none with that id") << u"999999999"_s << QString();
-    QTest::newRow("a command") << u"1/stat; echo '(x)' #"_s << QString();
-    QTest::newRow("digits of another script") << u"\u0661"_s << QString();
-    QTest::newRow("empty") << QString() << QString();
-}
-
 void UtilsTest::processName()
 {
-    QFETCH(QString, pid);
-    QTEST(Utils::getProcessName(pid), "name");
+    QCOMPARE(Utils::getProcessName(QString::number(QCoreApplication::applicationPid())), u"tst_utils"_s);
+    for (const QString& pid : {u"999999999"_s, u"1/stat; echo '(x)' #"_s, u"\u0661"_s, QString()}) {
+        QVERIFY2(Utils::getProcessName(pid).isEmpty(), qPrintable(pid));
+    }
 }
 
 int main(int argc, char** argv)

@@ -28,7 +28,6 @@ private Q_SLOTS:
     void init();
     void requests_data();
     void requests();
-    void errors_data();
     void errors();
     void rowsOfTheMethod();
     void ownerEndsTheWaiting();
@@ -112,28 +111,19 @@ void BackupPageTest::requests()
     QVERIFY(!m_page->findChild<ErrorLabel*>()->isVisible());
 }
 
-void BackupPageTest::errors_data()
+void BackupPageTest::errors()
 {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("text");
     const QString texts[] = {{}, u"Insufficient disk space"_s,
         u"The file system is not supported for backup. Please select one in ext4, btrfs, xfs, reiserfs format."_s,
         u"Invalid path"_s, u"The storage location cannot be in source disk, please reselect"_s, {},
         u"Cannot back up data to the read-only device"_s,
         u"This directory cannot be used to store backup files, please select a different directory."_s, {}, {}};
-    for (int code = 0; code < 10; ++code) {
-        QTest::addRow("%d", code) << code << texts[code];
-    }
-}
-
-void BackupPageTest::errors()
-{
-    QFETCH(int, code);
-    QFETCH(QString, text);
-    m_page->onManualBackupErrorTypeChanged(Utils::InvalidPath);
-    m_page->onManualBackupErrorTypeChanged(static_cast<Utils::ErrorType>(code));
     const auto* label = m_page->findChild<ErrorLabel*>();
-    QCOMPARE(label->isVisible() ? label->text() : QString(), text);
+    for (int code = 0; code < 10; ++code) {
+        m_page->onManualBackupErrorTypeChanged(Utils::InvalidPath);
+        m_page->onManualBackupErrorTypeChanged(static_cast<Utils::ErrorType>(code));
+        QCOMPARE(label->isVisible() ? label->text() : QString(), texts[code]);
+    }
 }
 
 void BackupPageTest::rowsOfTheMethod()

@@ -45,7 +45,6 @@ private Q_SLOTS:
     void backupFiles();
     void restorePoint_data();
     void restorePoint();
-    void errors_data();
     void errors();
     void rowsOffered_data();
     void rowsOffered();
@@ -155,31 +154,19 @@ void RestorePageTest::restorePoint()
     QCOMPARE(shown.waitingButton()->isVisible(), !requests.isEmpty());
 }
 
-void RestorePageTest::errors_data()
-{
-    QTest::addColumn<int>("option");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("text");
-    for (int code = 0; code <= 9; ++code) {
-        const QString text = code == 3 ? u"Invalid path"_s
-            : code == 5                ? initialBroken
-            : code == 8                ? encrypted
-                                       : QString();
-        QTest::addRow("%d, system restore", code) << 0 << code << text;
-    }
-    QTest::newRow("5, backup files") << 1 << 5 << backupInvalid;
-}
-
 void RestorePageTest::errors()
 {
-    QFETCH(int, option);
-    QFETCH(int, code);
-    QFETCH(QString, text);
+    const QMap<int, QString> texts{{3, u"Invalid path"_s}, {5, initialBroken}, {8, encrypted}};
+    for (int code = 0; code <= 9; ++code) {
+        ShownRestorePage shown;
+        shown.page.onManualRestoreErrorChanged(Utils::InvalidPath);
+        shown.page.onManualRestoreErrorChanged(static_cast<Utils::ErrorType>(code));
+        QCOMPARE(shown.errorText(), texts.value(code));
+    }
     ShownRestorePage shown;
-    shown.choose(option);
-    shown.page.onManualRestoreErrorChanged(Utils::InvalidPath);
-    shown.page.onManualRestoreErrorChanged(static_cast<Utils::ErrorType>(code));
-    QCOMPARE(shown.errorText(), text);
+    shown.choose(1);
+    shown.page.onManualRestoreErrorChanged(Utils::InvalidBackup);
+    QCOMPARE(shown.errorText(), backupInvalid);
 }
 
 void RestorePageTest::rowsOffered_data()
