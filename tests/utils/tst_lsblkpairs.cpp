@@ -15,7 +15,6 @@ class LsblkPairsTest : public QObject
 private Q_SLOTS:
     void everyColumn();
     void recordedLines();
-    void values_data();
     void values();
     void hostileLines_data();
     void hostileLines();
@@ -84,41 +83,35 @@ void LsblkPairsTest::recordedLines()
             u"/dev/sdz2|part||sdz|||16777216"_s, u"/dev/sdz3|part||sdz|||16777216"_s}));
 }
 
-void LsblkPairsTest::values_data()
-{
-    QTest::addColumn<QString>("column");
-    QTest::addColumn<QString>("printed");
-    QTest::addColumn<QString>("stored");
-    const auto row = [](const QString& column, const QString& printed, const QString& stored) {
-        QTest::newRow(qPrintable(column + u' ' + printed)) << column << printed << stored;
-    };
-    row(u"FSTYPE"_s, u" CRYPTO_luks "_s, u"luks"_s);
-    row(u"FSTYPE"_s, u"LVM2_member"_s, u"lvm2"_s);
-    row(u"FSTYPE"_s, u"crypto_LUKS2"_s, u"crypto_luks2"_s);
-    row(u"SIZE"_s, u"9223372036854775807"_s, u"9223372036854775807"_s);
-    row(u"SIZE"_s, u"9223372036854775808"_s, u"0"_s);
-    row(u"SIZE"_s, u"0x10"_s, u"0"_s);
-    row(u"MAJ:MIN"_s, u"8"_s, u"8 -1"_s);
-    row(u"MAJ:MIN"_s, u":3"_s, u"-1 3"_s);
-    row(u"MAJ:MIN"_s, u"1:2:3"_s, u"1 -1"_s);
-    row(u"ROTA"_s, {}, u"-1"_s);
-    row(u"RO"_s, u"2"_s, u"0"_s);
-    row(u"MOUNTPOINT"_s, uR"(/media/a b" UUID="x)"_s, uR"(/media/a b" UUID="x)"_s);
-    row(u"LABEL"_s, uR"(a\x22b)"_s, uR"(a\x22b)"_s);
-}
-
 void LsblkPairsTest::values()
 {
-    QFETCH(QString, column);
-    QFETCH(QString, printed);
-    QFETCH(QString, stored);
-    const BlockDevicePtr device = parsed({{column, printed}});
-    const QMap<QString, QString> found = {{u"FSTYPE"_s, device->fsType}, {u"SIZE"_s, QString::number(device->size)},
-        {u"MAJ:MIN"_s, u"%1 %2"_s.arg(device->major).arg(device->minor)}, {u"ROTA"_s, QString::number(device->rota)},
-        {u"RO"_s, QString::number(device->readOnly)}, {u"MOUNTPOINT"_s, device->mountPoint},
-        {u"LABEL"_s, device->label}};
-    QCOMPARE(found.value(column), stored);
-    QCOMPARE(device->byUuidPath + device->byPartUuidPath + device->byPartLabelPath, QString());
+    const auto fsType = [](const QString& printed) { return parsed({{u"FSTYPE"_s, printed}})->fsType; };
+    QCOMPARE(fsType(u" CRYPTO_luks "_s), u"luks"_s);
+    QCOMPARE(fsType(u"LVM2_member"_s), u"lvm2"_s);
+    QCOMPARE(fsType(u"crypto_LUKS2"_s), u"crypto_luks2"_s);
+
+    const auto size = [](const QString& printed) { return parsed({{u"SIZE"_s, printed}})->size; };
+    QCOMPARE(size(u"9223372036854775807"_s), 9223372036854775807);
+    QCOMPARE(size(u"9223372036854775808"_s), 0);
+    QCOMPARE(size(u"0x10"_s), 0);
+
+    const auto majorMinor = [](const QString& printed) {
+        const BlockDevicePtr device = parsed({{u"MAJ:MIN"_s, printed}});
+        return u"%1 %2"_s.arg(device->major).arg(device->minor);
+    };
+    QCOMPARE(majorMinor(u"8"_s), u"8 -1"_s);
+    QCOMPARE(majorMinor(u":3"_s), u"-1 3"_s);
+    QCOMPARE(majorMinor(u"1:2:3"_s), u"1 -1"_s);
+
+    const BlockDevicePtr plain = parsed({{u"RO"_s, u"2"_s}});
+    QCOMPARE(plain->rota, -1);
+    QVERIFY(!plain->readOnly);
+    QCOMPARE(plain->byUuidPath + plain->byPartUuidPath + plain->byPartLabelPath, QString());
+
+    // Quotes and escapes in a value stay as they are.
+    const QString mountPoint = uR"(/media/a b" UUID="x)"_s;
+    QCOMPARE(parsed({{u"MOUNTPOINT"_s, mountPoint}})->mountPoint, mountPoint);
+    QCOMPARE(parsed({{u"LABEL"_s, u"a\\x22b"_s}})->label, u"a\\x22b"_s);
 }
 
 void LsblkPairsTest::hostileLines_data()
