@@ -37,12 +37,10 @@ void LvmDecisionTest::decision_data()
     row("duplicates count, deliberately", luksLvm, luksLvm, u"2 2"_s, u"encrypted file-system"_s);
     row("LVM in LUKS, duplicates", luksLvm, luksLvm, u"5 5"_s, u"lvm encrypted file-system"_s);
     row("none is found: says nothing", luksLvm, luksLvm, u"0"_s, {});
-    row("no mounts", luksLvm, luksLvm, {}, {});
     row("file system in LUKS", luksFs, {}, u"2 4"_s, u"encrypted file-system"_s);
     row("file system in LUKS that is not mounted", luksFs, {}, u"2"_s, {});
     row("plain LVM over two disks", twoPvs, twoDeps, u"5 2"_s, u"lvm"_s);
     row("plain LVM without containers, one missing", twoPvs, twoDeps, u"5 0"_s, u"lvm"_s);
-    row("plain partitions", u"composed-mixed"_s, {}, u"5"_s, {});
 }
 
 void LvmDecisionTest::decision()

@@ -134,6 +134,7 @@ void UsageReportsTest::oddReports_data()
         u"  2048 bytes per cluster\nData area starts at byte 512 (sector 1)\n/dev/sdz1: 1 files, 4/4 clusters\n"_s,
         u"8192 -512"_s);
     for (const QString& tool : {u"btrfs"_s, u"dumpe2fs"_s, u"ntfsinfo"_s, u"dosfsck"_s, u"nilfs-tune"_s}) {
+        // Deliberate: a silent check of FAT stands for an empty file system.
         row(tool, "nothing", {}, tool == "dosfsck"_L1 ? u"0 0"_s : QString());
         row(tool, "1 MiB", QString(1 << 20, u'9') + u'\n', {});
         row(tool, "overrides", QString(255, QChar(0x202E)) + u"\n%n\n\0\n"_s, {});

@@ -71,7 +71,6 @@ void BackupPageTest::requests_data()
     QTest::newRow("full, new") << 0 << 0 << u"/m/b"_s << QStringList{u"full /m/b"_s};
     QTest::newRow("full, list") << 0 << 1 << u"/m/b"_s << QStringList{u"full /m/b"_s};
     QTest::newRow("system, new") << 1 << 0 << u"/m/b"_s << QStringList{u"system /m/b"_s};
-    QTest::newRow("system, list") << 1 << 1 << u"/m/b"_s << QStringList{u"system /m/b"_s};
     QTest::newRow("new without path") << 0 << 0 << QString() << QStringList{};
     QTest::newRow("list without row") << 1 << 1 << QString() << QStringList{};
 }
