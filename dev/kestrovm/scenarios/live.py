@@ -54,9 +54,9 @@ def check_facts(story: Story, program: RecoveryRun):
 
 
 def drive_reset(program: RecoveryRun):
-    """To the other choices and back, out of the question and into it again."""
+    """To the second choice and back, out of the question and into it again. The first choice has the focus."""
     settle(program, "restore-page")
-    for key, name in (("tab", "first-choice"), ("down", "second-choice"), ("up", "first-choice-again")):
+    for key, name in (("down", "second-choice"), ("up", "first-choice-again")):
         program.computer.press(key)
         settle(program, name)
     program.click(pointer.RESTORE_NOW)

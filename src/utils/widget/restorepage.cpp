@@ -166,19 +166,21 @@ bool RestorePage::isSystemRestoreUsable() const
     return m_systemRestoreOffered && m_haveInitBackup && !m_encrypted;
 }
 
-// Which rows are offered, which one is chosen, and which contents can be used follow from the page's facts.
+// Which rows are offered, which one is chosen, and which contents can be used follow from the page's facts. Rows that
+// are hidden are disabled, too: the arrow keys go from choice to choice without asking whether its row is shown.
 void RestorePage::updateRows()
 {
     if (m_group == nullptr) {
         return;
     }
     m_systemRestoreItem->setVisible(m_systemRestoreOffered);
-    m_systemRestoreItem->setEnabled(m_haveInitBackup && !m_encrypted);
+    m_systemRestoreItem->setEnabled(isSystemRestoreUsable());
     m_systemRestoreTip->setVisible(!m_haveInitBackup);
     PageLayout::setFilling(m_group, !m_restricted); // the list of restore points takes the room to spare
     m_backupFilesItem->setVisible(!m_restricted);
+    m_backupFilesItem->setEnabled(!m_restricted);
     m_restorePointItem->setVisible(!m_restricted);
-    m_restorePointItem->setEnabled(m_listReady);
+    m_restorePointItem->setEnabled(m_listReady && !m_restricted);
     if (m_option == SystemRestore && !isSystemRestoreUsable() && !m_restricted && !m_encrypted) {
         m_option = BackupFiles;
     }

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void errors();
     void rowsOffered_data();
     void rowsOffered();
+    void hiddenRowsCannotBeChosen();
     void encryptedSystemStaysUnusable();
     void rebuiltRowIsCheckedAgain();
     void ownerShowsAndHides();
@@ -206,6 +207,22 @@ void RestorePageTest::rowsOffered()
     const bool tipShown = std::any_of(labels.cbegin(), labels.cend(),
         [&tip](const QLabel* label) { return label->text() == tip && label->isVisible(); });
     QCOMPARE(tipShown, !haveInitBackup);
+}
+
+// Arrow keys go from choice to choice, also from one that is shown to one that is not.
+void RestorePageTest::hiddenRowsCannotBeChosen()
+{
+    ShownRestorePage shown;
+    addRestorePoint(shown.model, u"/b"_s, u"11-22"_s);
+    shown.page.restrictOffer();
+    shown.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&shown.window));
+    auto* first = shown.row(u"Reset to factory settings"_s);
+    first->setFocus();
+    for (const auto key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Right}) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        QVERIFY(first->isChecked());
+    }
 }
 
 void RestorePageTest::encryptedSystemStaysUnusable()
