@@ -14,6 +14,9 @@ from ..recovery import RecoveryRun
 from ..story import START_LIMIT, Story
 
 SETTLED = 12  # seconds
+# To the second choice and back; where only one is shown, to nowhere else. Each key with the name of its picture.
+KEYS = {"plain": (("down", "second-choice"), ("up", "first-choice-again"))}
+KEYS_OF_ONE_CHOICE = (("tab", "next"), ("down", "down"), ("down", "down-again"))
 # What the program says of the machine when it starts.
 FACTS = {"plain": {"isLvm": False, "isLuksCrypt": False}, "lvm": {"isLvm": True, "isLuksCrypt": False},
          "luks": {"isLuksCrypt": True}}
@@ -27,7 +30,7 @@ def live(story: Story):
     with story.recovery_system(chosen=True) as program:
         check_facts(story, program)
         program.computer.shell.run(BREAK)
-        drive_reset(program)
+        drive_reset(program, KEYS.get(story.kind.layout, KEYS_OF_ONE_CHOICE))
         program.wait_for("in setJobs", seconds=START_LIMIT)
         story.finish(program, "the reset succeeded")
     with story.system_disk() as view, view.mounted("recovery") as folder:
@@ -53,10 +56,10 @@ def check_facts(story: Story, program: RecoveryRun):
         story.checks.that(f"the program knows whether {name}", said and said[1] == str(wanted).lower(), line)
 
 
-def drive_reset(program: RecoveryRun):
-    """To the second choice and back, out of the question and into it again. The first choice has the focus."""
+def drive_reset(program: RecoveryRun, keys: tuple):
+    """With the keys of this machine, then out of the question and into it again."""
     settle(program, "restore-page")
-    for key, name in (("down", "second-choice"), ("up", "first-choice-again")):
+    for key, name in keys:
         program.computer.press(key)
         settle(program, name)
     program.click(pointer.RESTORE_NOW)
