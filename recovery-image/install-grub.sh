@@ -31,7 +31,17 @@ start_system() {
     fi
 }
 
-# A menu that shows itself only when a key is pressed, or when the system's own menu cannot be read.
+# The condition that what the installed system's own GRUB needs is there. A power cut while that is reinstalled leaves less.
+system_starts() {
+    local folder
+    folder="(\$menu)$(menu_folder)"
+    printf '[ -n "$menu" -a -s "%s/grub.cfg"' "$folder"
+    booted_through_uefi || printf ' -a -s "%s/i386-pc/core.img"' "$folder"
+    printf ' ]\n'
+}
+
+# A menu that shows itself only when a key is pressed, or when the system cannot be started. The fallback is the second
+# entry: GRUB 2.06 takes numbers only.
 recovery_menu() {
     local title uuid
     title=$(os_release PRETTY_NAME)
@@ -43,9 +53,9 @@ for module in part_gpt part_msdos ext2 xfs btrfs f2fs lvm fat; do
     insmod \$module
 done
 set timeout_style=countdown
-set fallback=kestro-recovery
+set fallback=1
 search --no-floppy --fs-uuid --set=menu ${uuid:-$root_uuid}
-if [ -n "\$menu" -a -s "(\$menu)$(menu_folder)/grub.cfg" ]; then
+if $(system_starts); then
     set default=system
     set timeout=2
 else

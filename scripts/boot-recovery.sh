@@ -18,16 +18,20 @@ recovery_device() {
         device_of_uuid "$uuid"
 }
 
-# embed_recovery_grub DISK: for BIOS. Without it the machine starts all the same, so that it is never a failure.
+# embed_recovery_grub DISK: for BIOS. Fails where the recovery partition has no GRUB, or it cannot be written to the disk.
 embed_recovery_grub() {
-    local device folder=$work/recovery tool
-    device=$(recovery_device) || return 0
+    local device folder=$work/recovery tool embedded=1
+    device=$(recovery_device) || return
     mkdir -p -- "$folder"
-    mount_device "$device" "$folder" look || return 0
+    mount_device "$device" "$folder" look || return
     if [ -f "$folder/boot/grub/i386-pc/core.img" ]; then
         tool=$(PATH=$PATH:/usr/sbin:/usr/lib/grub/i386-pc command -v grub-bios-setup || echo grub-bios-setup)
-        run "$tool" --directory="$folder/boot/grub/i386-pc" "$1" ||
-            note "the GRUB of $device could not be written to $1; the system starts without it"
+        if run "$tool" --directory="$folder/boot/grub/i386-pc" "$1"; then
+            embedded=0
+        else
+            note "the GRUB of $device could not be written to $1; the system's own comes there"
+        fi
     fi
     umount -- "$folder"
+    return "$embedded"
 }

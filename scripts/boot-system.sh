@@ -142,12 +142,14 @@ run_in_system() {
     run chroot "$system" /usr/bin/env -u KESTRO_BOOT_NAMESPACE PATH=/usr/sbin:/usr/bin:/sbin:/bin "$@"
 }
 
+# Where the recovery partition's GRUB stands in the boot sector, it is written there again and not the system's for a moment:
+# a power cut between two that differ would leave a machine that starts nothing.
 install_grub_for_bios() {
-    local tool
+    local tool options=(--target=i386-pc --recheck)
     [ -n "$1" ] || die "the disk of the installed system was not found"
     tool=$(system_tool grub-install grub2-install) || die "the installed system has no grub-install"
-    run_in_system "$tool" --target=i386-pc --recheck "$1"
-    embed_recovery_grub "$1"
+    ! embed_recovery_grub "$1" || options+=(--no-bootsector)
+    run_in_system "$tool" "${options[@]}" "$1"
 }
 
 # A distribution whose loaders are signed may refuse to build one; what lies on the EFI partition then serves.

@@ -4,6 +4,7 @@
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -147,6 +148,10 @@ class RecoveryInstall(unittest.TestCase):
         menu = files["boot/grub/grub.cfg"]
         self.assertIn("menuentry 'Test (reboot) OS 1' --id system", menu)
         self.assertIn("multiboot ($menu)/grub/i386-pc/core.img", menu)
+        self.assertIn('if [ -n "$menu" -a -s "($menu)/grub/grub.cfg" -a -s "($menu)/grub/i386-pc/core.img" ]; then', menu)
+        # When the first entry fails GRUB takes the second, by its number: it ignores names here.
+        self.assertIn("set fallback=1\n", menu)
+        self.assertEqual(re.findall(r"--id ([\w-]+)", menu), ["system", "kestro-recovery"])
         self.assertIn(f"--set=menu {self.disk.uuid(BOOT)}", menu)
         root = self.read(ROOT)
         self.assertEqual(root["etc/kestro/system-recovery.conf"], f"UUID={self.disk.uuid(RECOVERY)}\n")
