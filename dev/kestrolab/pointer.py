@@ -21,4 +21,4 @@ def press(key: str):
 
 def settle():
     """Time for a page or a dialog to come up."""
-    time.sleep(2)
+    time.sleep(4)
