@@ -16,8 +16,9 @@ class Stages(unittest.TestCase):
     def setUp(self):
         holder = tempfile.TemporaryDirectory()
         self.addCleanup(holder.cleanup)
-        self.cache = pathlib.Path(holder.name)
-        patch = mock.patch.object(stages, "CACHE", self.cache)
+        self.cache = pathlib.Path(holder.name, "cache")
+        self.cache.mkdir()
+        patch = mock.patch.multiple(stages, CACHE=self.cache, LOCKS=pathlib.Path(holder.name, "locks"))
         patch.start()
         self.addCleanup(patch.stop)
         self.built = []
