@@ -18,9 +18,8 @@ class SwitchedOff(LabError):
 class Line:
     """A serial line. It is read all the time: a line that nobody reads holds the whole machine up."""
 
-    def __init__(self, path: str):
-        self.socket = socket.socket(socket.AF_UNIX)
-        self.socket.connect(path)
+    def __init__(self, connection: socket.socket):
+        self.socket = connection
         self.changed = threading.Condition()
         self.heard, self.is_on = "", True
         threading.Thread(target=self.listen, daemon=True).start()
@@ -71,8 +70,8 @@ class Line:
 class Shell(Line):
     """A root shell. Every command is framed by markers that its own echo cannot be taken for."""
 
-    def __init__(self, path: str):
-        super().__init__(path)
+    def __init__(self, connection: socket.socket):
+        super().__init__(connection)
         self.numbers = itertools.count(1)
         self.is_ready = False
 

@@ -12,6 +12,7 @@ from kestrolab.process import LabError, stop, wait_until
 
 from .console import Line, Shell
 from .qmp import Control
+from .sockets import connected
 
 MEMORY = 2560  # MiB: the recovery system runs from RAM
 # Not "max": with it QEMU 7.2 says to be an AMD processor whose idle loop leaves runnable processes waiting for ever, and
@@ -78,12 +79,11 @@ class Computer:
         self.errors = open(self.workspace / "qemu.log", "a", encoding="utf-8")
         self.process = subprocess.Popen(self.command(), stdin=subprocess.DEVNULL, stdout=self.errors, stderr=self.errors)
         try:
-            wait_until(lambda: self.process.poll() is not None or (self.sockets / "qmp").exists(), 60, "the emulator starts")
-            self.control = Control(str(self.sockets / "qmp"))
-            self.console, self.shell = Line(str(self.sockets / "console")), Shell(str(self.sockets / "shell"))
-        except OSError as error:
+            qmp, console, shell = (connected(f"{self.sockets}/{name}", self.is_on) for name in ("qmp", "console", "shell"))
+            self.control, self.console, self.shell = Control(qmp), Line(console), Shell(shell)
+        except (OSError, LabError) as error:
             self.pull_plug()
-            raise LabError(f"the emulator did not start: {error}; see {self.workspace}/qemu.log") from None
+            raise LabError(f"{error}; see {self.workspace}/qemu.log") from None
         return self
 
     def __exit__(self, *_):

@@ -11,9 +11,8 @@ ANSWER_LIMIT = 120
 
 
 class Control:
-    def __init__(self, path: str):
-        self.socket = socket.socket(socket.AF_UNIX)
-        self.socket.connect(path)
+    def __init__(self, connection: socket.socket):
+        self.socket = connection
         self.events: list[dict] = []
         self.answers: queue.Queue = queue.Queue()
         self.reader = threading.Thread(target=self.read, daemon=True)

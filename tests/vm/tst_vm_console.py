@@ -18,6 +18,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "dev"))
 from kestrolab.process import LabError  # noqa: E402
 from kestrovm import recovery  # noqa: E402
 from kestrovm.console import Shell, SwitchedOff  # noqa: E402
+from kestrovm.sockets import connected  # noqa: E402
 
 
 class Machine:
@@ -62,7 +63,7 @@ class Console(unittest.TestCase):
         path = str(pathlib.Path(holder.name, "shell"))
         self.machine = Machine(path)
         self.addCleanup(self.machine.cut)
-        self.shell = Shell(path)
+        self.shell = Shell(connected(path, lambda: True))
         self.addCleanup(self.shell.close)
         self.shell.wait_until_ready(30)
 
@@ -109,6 +110,29 @@ class Console(unittest.TestCase):
     def test_machine_that_goes_off(self):
         with self.assertRaises(SwitchedOff):
             self.shell.attempt("kill -9 $$", 30)
+
+
+class Connection(unittest.TestCase):
+    def setUp(self):
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.path = str(pathlib.Path(holder.name, "qmp"))
+        self.listener = socket.socket(socket.AF_UNIX)
+        self.addCleanup(self.listener.close)
+
+    def test_waits_for_a_socket_that_is_made_bound_and_listened_on_late(self):
+        steps = iter([lambda: self.listener.bind(self.path), lambda: None, self.listener.listen])
+
+        def emulator_goes_on():
+            next(steps, lambda: None)()
+            return True
+        with connected(self.path, emulator_goes_on):
+            self.listener.accept()[0].close()
+
+    def test_an_emulator_that_ended_is_not_waited_for(self):
+        self.listener.bind(self.path)
+        with self.assertRaisesRegex(LabError, "did not start"):
+            connected(self.path, lambda: False)
 
 
 if __name__ == "__main__":
