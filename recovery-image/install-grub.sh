@@ -27,7 +27,8 @@ start_system() {
         printf '    search --no-floppy --fs-uuid --set=root %s\n' "$(fstab_uuid /boot/efi)"
         printf '    chainloader %s\n' "${loader#"$system/boot/efi"}"
     else
-        printf '    multiboot (%s)%s/i386-pc/core.img\n' "\$menu" "$(menu_folder)"
+        # The system's GRUB looks for its modules on the disk that root names when it is started.
+        printf '    set root=%s\n    multiboot (%s)%s/i386-pc/core.img\n' "\$menu" "\$menu" "$(menu_folder)"
     fi
 }
 
@@ -71,15 +72,18 @@ $(menu_entry)
 CFG
 }
 
+# The menu comes first: whatever stands in the boot sector is started after a power cut, too.
 install_recovery_grub() {
     recovery_menu >"$work/grub.cfg"
+    mkdir -p -- "$partition/boot/grub"
+    put_file "$work/grub.cfg" "$partition/boot/grub/grub.cfg"
+    rm -f -- "$work/grub.cfg"
+    sync -f -- "$partition"
     if booted_through_uefi; then
         install_recovery_loader
     else
         grub-install --target=i386-pc "--boot-directory=$partition/boot" --recheck "$boot_disk"
     fi
-    put_file "$work/grub.cfg" "$partition/boot/grub/grub.cfg"
-    rm -f -- "$work/grub.cfg"
     sync -f -- "$partition"
     ! booted_through_uefi || keep_recovery_entry_first "$(device_at /boot/efi)"
 }
@@ -87,7 +91,7 @@ install_recovery_grub() {
 # A signed GRUB reads the installed system's menu instead of the recovery partition's, so it is not used.
 install_recovery_loader() {
     local unsigned=()
-    ! grub-install --help | grep -q -- --no-uefi-secure-boot || unsigned=(--no-uefi-secure-boot)
+    [[ $(grub-install --help) != *--no-uefi-secure-boot* ]] || unsigned=(--no-uefi-secure-boot)
     grub-install "--target=$efi_target" "--efi-directory=$system/boot/efi" "--boot-directory=$partition/boot" \
         --bootloader-id=kestro-recovery --no-nvram --recheck "${unsigned[@]}"
 }

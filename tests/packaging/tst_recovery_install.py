@@ -147,7 +147,7 @@ class RecoveryInstall(unittest.TestCase):
         self.assert_laid_out(files)
         menu = files["boot/grub/grub.cfg"]
         self.assertIn("menuentry 'Test (reboot) OS 1' --id system", menu)
-        self.assertIn("multiboot ($menu)/grub/i386-pc/core.img", menu)
+        self.assertIn("    set root=$menu\n    multiboot ($menu)/grub/i386-pc/core.img\n", menu)
         self.assertIn('if [ -n "$menu" -a -s "($menu)/grub/grub.cfg" -a -s "($menu)/grub/i386-pc/core.img" ]; then', menu)
         # When the first entry fails GRUB takes the second, by its number: it ignores names here.
         self.assertIn("set fallback=1\n", menu)
@@ -168,7 +168,7 @@ class RecoveryInstall(unittest.TestCase):
             made = (recovery / "backup/system.kim").stat().st_mtime_ns
         code, calls, text = self.call("uefi", *self.words(), "--keep-images")
         self.assertEqual((code, len(calls)), (0, 2), text)
-        self.assertRegex(calls[1], "--target=x86_64-efi .*--bootloader-id=kestro-recovery --no-nvram")
+        self.assertRegex(calls[1], "--target=x86_64-efi .*--bootloader-id=kestro-recovery --no-nvram .*--no-uefi-secure-boot$")
         files = self.read(RECOVERY)
         self.assertEqual([name for name in files if name.startswith("kestro/")],
                          ["kestro/boot.cfg", "kestro/initrd.img-7.0", "kestro/vmlinuz-7.0"])
