@@ -99,7 +99,7 @@ check_uefi() {
 # "BIOS installation").
 check_bios() {
     require_grub i386-pc
-    [ -n "$(loader_core)" ] || die "GRUB of the installed system is not installed for BIOS"
+    [ -n "$(grub_file i386-pc/core.img)" ] || die "GRUB of the installed system is not installed for BIOS"
     [ "$(blkid -c /dev/null -p -o value -s PTTYPE -- "$boot_disk")" != gpt ] ||
         sfdisk --dump -- "$boot_disk" | grep -qi 'type=21686148-6449-6E6F-744E-656564454649' ||
         die "$boot_disk has no partition for GRUB (BIOS boot partition)"

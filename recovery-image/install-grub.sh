@@ -14,11 +14,6 @@ menu_folder() {
     fi
 }
 
-# The file that BIOS GRUB of the installed system consists of; empty when it is not there.
-loader_core() {
-    find "$system/boot/grub" "$system/boot/grub2" -path '*/i386-pc/core.img' -print -quit 2>/dev/null || true
-}
-
 # The commands that start the installed system's own GRUB, with its own modules, menu and remembered choices.
 start_system() {
     if booted_through_uefi; then
