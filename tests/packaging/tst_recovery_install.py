@@ -5,6 +5,7 @@ import json
 import os
 import pathlib
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -107,9 +108,22 @@ class RecoveryInstall(unittest.TestCase):
         result = subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", booted, str(INSTALL), *words],
                                 env=environment, text=True, capture_output=True, check=False)
         text = result.stdout + result.stderr
+        if result.returncode == -signal.SIGKILL:
+            self.remove_empty_folders()
         self.assertNotIn(self.disk.device, pathlib.Path("/proc/self/mountinfo").read_text(), text)
         self.assertEqual(os.listdir(self.work), [], text)
         return result.returncode, calls.read_text().splitlines(), text
+
+    def remove_empty_folders(self):
+        for folder in sorted(self.work.rglob("*"), reverse=True):
+            folder.rmdir()
+
+    def image_tool(self, script):
+        """The search path on which SCRIPT stands for kestro-clone."""
+        (self.folder / "bin").mkdir()
+        (self.folder / "bin/kestro-clone").write_text(f"#!/bin/sh\n{script}\n")
+        (self.folder / "bin/kestro-clone").chmod(0o755)
+        return f"{self.folder / 'bin'}:{FAKES}:/usr/sbin:/usr/bin:/sbin:/bin"
 
     def words(self, root=ROOT, recovery=RECOVERY, data=DATA):
         return ("--root", self.disk.uuid(root), "--recovery", self.disk.parts[recovery], "--data", self.disk.uuid(data),
@@ -188,15 +202,23 @@ class RecoveryInstall(unittest.TestCase):
         self.assertEqual(self.read(RECOVERY)["backup/_nox_data.info"], self.disk.uuid(ROOT) + "\n")
 
     def test_a_failing_image_leaves_no_copies(self):
-        (self.folder / "bin").mkdir()
-        (self.folder / "bin/kestro-clone").write_text("#!/bin/sh\nexit 10\n")
-        (self.folder / "bin/kestro-clone").chmod(0o755)
-        path = f"{self.folder / 'bin'}:{FAKES}:/usr/sbin:/usr/bin:/sbin:/bin"
-        code, calls, text = self.call("bios", *self.words(), PATH=path)
+        code, calls, text = self.call("bios", *self.words(), PATH=self.image_tool("exit 10"))
         self.assertNotEqual(code, 0, text)
         self.assertEqual(len(calls), 1)
         self.assertEqual([name for name in self.read(ROOT) if name.startswith(("opt", "var"))], [])
         self.assertNotIn("boot/grub/grub.cfg", self.read(RECOVERY))
+
+    def test_copies_of_a_run_that_died_are_made_anew(self):
+        code, _, text = self.call("bios", *self.words(), PATH=self.image_tool('kill -9 "$PPID"'))
+        self.assertEqual(code, -signal.SIGKILL, text)
+        with self.mounted(ROOT) as root:
+            (root / "var/lib/status").unlink()
+        code, _, text = self.call("bios", *self.words())
+        self.assertEqual(code, 0, text)
+        root = self.read(ROOT)
+        self.assertEqual([name for name in root if name.startswith(("opt", "var"))], [])
+        self.assertNotIn("backup/.copied-folders", self.read(RECOVERY))
+        self.assertEqual(self.restored(), root | {"opt/app/run": "program", "var/lib/status": "packages"})
 
     def test_refusals_write_nothing(self):
         self.set_type(GRUB, LINUX)
