@@ -3,15 +3,12 @@
 # The recovery partition's own GRUB. Sourced only.
 # shellcheck disable=SC2154  # variables of the installer and of the files sourced beside this one
 
-# The folder of the installed system's boot menu as GRUB finds it on its file system.
+# The folder of the installed system's boot menu as GRUB finds it on its file system: from the first root of a btrfs,
+# whichever subvolume is mounted.
 menu_folder() {
     local name=grub
     [ ! -d "$system/boot/grub2" ] || name=grub2
-    if [ -n "$(fstab_uuid /boot)" ]; then
-        printf '/%s\n' "$name"
-    else
-        printf '%s/boot/%s\n' "${system_subvolume:+/$system_subvolume}" "$name"
-    fi
+    grub-mkrelpath "$system/boot/$name"
 }
 
 # The commands that start the installed system's own GRUB, with its own modules, menu and remembered choices.
@@ -45,7 +42,7 @@ recovery_menu() {
     uuid=$(fstab_uuid /boot)
     cat <<CFG
 # Written by kestro-recovery-install.
-for module in part_gpt part_msdos ext2 xfs btrfs f2fs lvm fat; do
+for module in part_gpt part_msdos ext2 xfs btrfs f2fs mdraid09 mdraid1x lvm fat; do
     insmod \$module
 done
 set timeout_style=countdown

@@ -196,10 +196,13 @@ class RecoveryInstall(unittest.TestCase):
 
     def test_folders_of_the_system_are_imaged_as_they_are(self):
         self.write(ROOT, {"var/own": "own", "opt/own": "own"})
-        code, _, text = self.call("bios", *self.words(data=ROOT))
+        code, _, text = self.call("bios", *self.words(data=ROOT), SUBVOLUME="/snapshots/1")
         self.assertEqual(code, 0, text)
         self.assertEqual(self.read(ROOT)["var/own"], "own")
-        self.assertEqual(self.read(RECOVERY)["backup/_nox_data.info"], self.disk.uuid(ROOT) + "\n")
+        files = self.read(RECOVERY)
+        self.assertEqual(files["backup/_nox_data.info"], self.disk.uuid(ROOT) + "\n")
+        self.assertIn("multiboot ($menu)/snapshots/1/grub/i386-pc/core.img", files["boot/grub/grub.cfg"])
+        self.assertIn('-s "($menu)/snapshots/1/grub/grub.cfg"', files["boot/grub/grub.cfg"])
 
     def test_a_failing_image_leaves_no_copies(self):
         code, calls, text = self.call("bios", *self.words(), PATH=self.image_tool("exit 10"))
@@ -242,6 +245,19 @@ class RecoveryInstall(unittest.TestCase):
                 self.assertNotEqual(code, 0)
                 self.assertEqual(calls, [])
                 self.assertIn(reason, text)
+        for booted, layers, reason in (("bios", "lvm cryptodisk luks2", "is encrypted"), ("uefi", "unknown", "does not know")):
+            with self.subTest(layers):
+                code, calls, text = self.call(booted, *self.words(), LAYERS=layers)
+                self.assertNotEqual(code, 0)
+                self.assertEqual(calls, [])
+                self.assertIn(reason, text)
+        self.assertEqual(self.disk.checksum(), before)
+        with self.mounted(BOOT) as boot:
+            (boot / "grub").rename(boot / "gone")
+        self.assertIn("boot menu was not found", self.call("uefi", *self.words())[2])
+        with self.mounted(BOOT) as boot:
+            (boot / "gone").rename(boot / "grub")
+        before = self.disk.checksum()
         for number in (RECOVERY, ROOT, DATA):
             with self.subTest(f"mounted {number}"):
                 subprocess.run(["mount", "-o", "ro,noload", self.disk.parts[number], self.work], check=True)
