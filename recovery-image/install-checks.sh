@@ -74,6 +74,17 @@ check_system() {
     boot_disk=$(disk_of "$(device_at /boot)")
     [ -n "$boot_disk" ] || die "the disk of the installed system was not found"
     if booted_through_uefi; then check_uefi; else check_bios; fi
+    check_boot_folder
+}
+
+# A GRUB that does not find the system's menu takes the system for destroyed and starts the recovery system every time.
+check_boot_folder() {
+    local layers
+    layers=$(grub-probe --target=abstraction "$system/boot") ||
+        die "the recovery partition's GRUB could not read /boot of the installed system: grub-probe does not know where it lies"
+    [[ $layers != *cryptodisk* ]] ||
+        die "the recovery partition's GRUB could not read /boot of the installed system, which is encrypted"
+    menu_folder >/dev/null || die "the folder of the installed system's boot menu was not found"
 }
 
 # device_at MOUNT_POINT: the partition that the installed system's fstab mounts there, else that of the root.
@@ -99,9 +110,9 @@ check_uefi() {
 # "BIOS installation").
 check_bios() {
     require_grub i386-pc
-    [ -n "$(loader_core)" ] || die "GRUB of the installed system is not installed for BIOS"
+    [ -n "$(grub_file i386-pc/core.img)" ] || die "GRUB of the installed system is not installed for BIOS"
     [ "$(blkid -c /dev/null -p -o value -s PTTYPE -- "$boot_disk")" != gpt ] ||
-        sfdisk --dump -- "$boot_disk" | grep -qi 'type=21686148-6449-6E6F-744E-656564454649' ||
+        [[ $(sfdisk --dump -- "$boot_disk") == *type=21686148-6449-6E6F-744E-656564454649* ]] ||
         die "$boot_disk has no partition for GRUB (BIOS boot partition)"
 }
 

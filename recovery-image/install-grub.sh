@@ -3,20 +3,12 @@
 # The recovery partition's own GRUB. Sourced only.
 # shellcheck disable=SC2154  # variables of the installer and of the files sourced beside this one
 
-# The folder of the installed system's boot menu as GRUB finds it on its file system.
+# The folder of the installed system's boot menu as GRUB finds it on its file system: from the first root of a btrfs,
+# whichever subvolume is mounted.
 menu_folder() {
     local name=grub
     [ ! -d "$system/boot/grub2" ] || name=grub2
-    if [ -n "$(fstab_uuid /boot)" ]; then
-        printf '/%s\n' "$name"
-    else
-        printf '%s/boot/%s\n' "${system_subvolume:+/$system_subvolume}" "$name"
-    fi
-}
-
-# The file that BIOS GRUB of the installed system consists of; empty when it is not there.
-loader_core() {
-    find "$system/boot/grub" "$system/boot/grub2" -path '*/i386-pc/core.img' -print -quit 2>/dev/null || true
+    grub-mkrelpath "$system/boot/$name"
 }
 
 # The commands that start the installed system's own GRUB, with its own modules, menu and remembered choices.
@@ -27,7 +19,8 @@ start_system() {
         printf '    search --no-floppy --fs-uuid --set=root %s\n' "$(fstab_uuid /boot/efi)"
         printf '    chainloader %s\n' "${loader#"$system/boot/efi"}"
     else
-        printf '    multiboot (%s)%s/i386-pc/core.img\n' "\$menu" "$(menu_folder)"
+        # The system's GRUB looks for its modules on the disk that root names when it is started.
+        printf '    set root=%s\n    multiboot (%s)%s/i386-pc/core.img\n' "\$menu" "\$menu" "$(menu_folder)"
     fi
 }
 
@@ -49,7 +42,7 @@ recovery_menu() {
     uuid=$(fstab_uuid /boot)
     cat <<CFG
 # Written by kestro-recovery-install.
-for module in part_gpt part_msdos ext2 xfs btrfs f2fs lvm fat; do
+for module in part_gpt part_msdos ext2 xfs btrfs f2fs mdraid09 mdraid1x lvm fat; do
     insmod \$module
 done
 set timeout_style=countdown
@@ -71,15 +64,18 @@ $(menu_entry)
 CFG
 }
 
+# The menu comes first: whatever stands in the boot sector is started after a power cut, too.
 install_recovery_grub() {
     recovery_menu >"$work/grub.cfg"
+    mkdir -p -- "$partition/boot/grub"
+    put_file "$work/grub.cfg" "$partition/boot/grub/grub.cfg"
+    rm -f -- "$work/grub.cfg"
+    sync -f -- "$partition"
     if booted_through_uefi; then
         install_recovery_loader
     else
         grub-install --target=i386-pc "--boot-directory=$partition/boot" --recheck "$boot_disk"
     fi
-    put_file "$work/grub.cfg" "$partition/boot/grub/grub.cfg"
-    rm -f -- "$work/grub.cfg"
     sync -f -- "$partition"
     ! booted_through_uefi || keep_recovery_entry_first "$(device_at /boot/efi)"
 }
@@ -87,7 +83,7 @@ install_recovery_grub() {
 # A signed GRUB reads the installed system's menu instead of the recovery partition's, so it is not used.
 install_recovery_loader() {
     local unsigned=()
-    ! grub-install --help | grep -q -- --no-uefi-secure-boot || unsigned=(--no-uefi-secure-boot)
+    [[ $(grub-install --help) != *--no-uefi-secure-boot* ]] || unsigned=(--no-uefi-secure-boot)
     grub-install "--target=$efi_target" "--efi-directory=$system/boot/efi" "--boot-directory=$partition/boot" \
         --bootloader-id=kestro-recovery --no-nvram --recheck "${unsigned[@]}"
 }

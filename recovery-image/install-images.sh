@@ -6,6 +6,8 @@
 # Folders that a reset copies from the image of the root file system to the data partition.
 readonly data_folders=(opt var)
 copied_folders=()
+# On the recovery partition while copies are in the root: its UUID and the names of the folders.
+readonly copies_note=backup/.copied-folders
 
 # "NAME UUID" of each image. Names have no dots, and that of the root file system is the last of all: by it the recovery
 # program knows the system partition. The EFI partition is left out because other systems' loaders lie there.
@@ -54,23 +56,38 @@ copy_folders_from_data() {
     local name
     [ "$data_uuid" != "$root_uuid" ] || return 0
     mount_device "$data_device" "$data" look
-    for name in $(folders_to_copy); do
-        copied_folders+=("$name")
+    mapfile -t copied_folders < <(folders_to_copy)
+    if [ "${#copied_folders[@]}" -gt 0 ]; then
+        printf '%s\n' "$root_uuid" "${copied_folders[@]}" | put_text "$partition/$copies_note"
+        sync -f -- "$partition"
+    fi
+    for name in "${copied_folders[@]}"; do
         cp --archive --one-file-system --no-target-directory -- "$data/$name" "$system/$name"
     done
     umount -- "$data"
 }
 
-# Only what this run copied into folders that were empty.
+# Only what was copied into folders that were empty. The note goes when the folders are empty on the disk, too.
 remove_copied_folders() {
     local name
     [ "${#copied_folders[@]}" -gt 0 ] || return 0
-    mountpoint -q -- "$system" || mount_device "$system_device" "$system" write "$system_subvolume"
+    mountpoint -q -- "$system" || mount_device "$system_device" "$system" write "$system_subvolume" || return
     for name in "${copied_folders[@]}"; do
-        find "$system/$name" -xdev -mindepth 1 -delete
+        [ ! -d "$system/$name" ] || find "$system/$name" -xdev -mindepth 1 -delete || return
     done
     copied_folders=()
-    umount --recursive -- "$system"
+    umount --recursive -- "$system" || return
+    rm -f -- "$partition/$copies_note"
+}
+
+# What a run left that ended in a power cut: half a copy would be taken for the system's own folder.
+remove_abandoned_copies() {
+    local note=$partition/$copies_note name
+    [ -f "$note" ] && [ "$(head -n 1 -- "$note")" = "$root_uuid" ] || return 0
+    for name in "${data_folders[@]}"; do
+        ! grep -qx -- "$name" "$note" || copied_folders+=("$name")
+    done
+    remove_copied_folders
 }
 
 make_initial_images() {

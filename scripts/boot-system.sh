@@ -53,8 +53,12 @@ with_subvolumes() {
     done
 }
 
-# A look at a file system must not even replay its journal.
-declare -A look_options=([ext2]="ro,noload" [ext3]="ro,noload" [ext4]="ro,noload" [xfs]="ro,norecovery" [btrfs]="ro")
+# A look at a file system must not even replay its journal. ext2 has none and refuses to be told so; btrfs has lost its
+# option "nologreplay" in Linux 6.x and knows this one since 5.9.
+declare -A look_options=(
+    [ext2]="ro" [ext3]="ro,noload" [ext4]="ro,noload" [xfs]="ro,norecovery" [btrfs]="ro,rescue=nologreplay"
+    [f2fs]="ro,norecovery"
+)
 
 # mount_device DEVICE FOLDER look|write [SUBVOLUME]: what is mounted already is shared, because a device that is in
 # use cannot be mounted a second time with other options.
@@ -140,6 +144,11 @@ system_tool() {
 
 run_in_system() {
     run chroot "$system" /usr/bin/env -u KESTRO_BOOT_NAMESPACE PATH=/usr/sbin:/usr/bin:/sbin:/bin "$@"
+}
+
+# grub_file TARGET/NAME: that file of the installed system's GRUB on its boot file system; empty when it is not there.
+grub_file() {
+    find "$system/boot/grub" "$system/boot/grub2" -path "*/$1" -print -quit 2>/dev/null || true
 }
 
 # Where the recovery partition's GRUB stands in the boot sector, it is written there again and not the system's for a moment:

@@ -89,7 +89,7 @@ class Session(unittest.TestCase):
         (self.folder / "bin/journalctl").chmod(0o755)
 
     def call(self, script, *afterwards, medium="", device=None):
-        """The printed text of AFTERWARDS, which runs where SCRIPT ran."""
+        """The printed text of AFTERWARDS, which runs where SCRIPT ran; self.errors is what both wrote to standard error."""
         (self.folder / "cmdline").write_text(f"BOOT_IMAGE=/kestro/vmlinuz-6 boot=live live-media={device or self.disk.parts[0]}\n")
         environment = {**os.environ, "PATH": f"{self.folder / 'bin'}:/usr/sbin:/usr/bin:/sbin:/bin",
                        "KESTRO_CONSOLE": str(self.folder / "console")}
@@ -98,6 +98,7 @@ class Session(unittest.TestCase):
                                 capture_output=True, check=False)
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertNotIn(self.disk.device, pathlib.Path("/proc/self/mountinfo").read_text())
+        self.errors = result.stderr
         return result.stdout
 
     def test_a_death_is_told_and_the_journal_kept(self):
@@ -123,6 +124,14 @@ class Session(unittest.TestCase):
 
     def test_a_medium_on_disk_becomes_writable(self):
         self.call("prepare", "touch", "/run/live/medium/probe", medium=self.disk.parts[0])
+        self.assertEqual(self.errors, "")
+
+    def test_a_write_protected_medium_stops_nothing(self):
+        part = self.disk.own(self.disk.parts[0])
+        subprocess.run(["blockdev", "--setro", part], check=True)
+        named = self.call("prepare", "cat", "/etc/kestro/system-recovery.conf", medium=part)
+        self.assertEqual(named, f"UUID={self.disk.uuid(0)}\n")
+        self.assertIn("prepare: /run/live/medium stays read-only\n", self.errors)
 
 
 if __name__ == "__main__":

@@ -5,6 +5,7 @@ import json
 import os
 import pathlib
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -107,9 +108,22 @@ class RecoveryInstall(unittest.TestCase):
         result = subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", booted, str(INSTALL), *words],
                                 env=environment, text=True, capture_output=True, check=False)
         text = result.stdout + result.stderr
+        if result.returncode == -signal.SIGKILL:
+            self.remove_empty_folders()
         self.assertNotIn(self.disk.device, pathlib.Path("/proc/self/mountinfo").read_text(), text)
         self.assertEqual(os.listdir(self.work), [], text)
         return result.returncode, calls.read_text().splitlines(), text
+
+    def remove_empty_folders(self):
+        for folder in sorted(self.work.rglob("*"), reverse=True):
+            folder.rmdir()
+
+    def image_tool(self, script):
+        """The search path on which SCRIPT stands for kestro-clone."""
+        (self.folder / "bin").mkdir()
+        (self.folder / "bin/kestro-clone").write_text(f"#!/bin/sh\n{script}\n")
+        (self.folder / "bin/kestro-clone").chmod(0o755)
+        return f"{self.folder / 'bin'}:{FAKES}:/usr/sbin:/usr/bin:/sbin:/bin"
 
     def words(self, root=ROOT, recovery=RECOVERY, data=DATA):
         return ("--root", self.disk.uuid(root), "--recovery", self.disk.parts[recovery], "--data", self.disk.uuid(data),
@@ -147,7 +161,7 @@ class RecoveryInstall(unittest.TestCase):
         self.assert_laid_out(files)
         menu = files["boot/grub/grub.cfg"]
         self.assertIn("menuentry 'Test (reboot) OS 1' --id system", menu)
-        self.assertIn("multiboot ($menu)/grub/i386-pc/core.img", menu)
+        self.assertIn("    set root=$menu\n    multiboot ($menu)/grub/i386-pc/core.img\n", menu)
         self.assertIn('if [ -n "$menu" -a -s "($menu)/grub/grub.cfg" -a -s "($menu)/grub/i386-pc/core.img" ]; then', menu)
         # When the first entry fails GRUB takes the second, by its number: it ignores names here.
         self.assertIn("set fallback=1\n", menu)
@@ -168,7 +182,7 @@ class RecoveryInstall(unittest.TestCase):
             made = (recovery / "backup/system.kim").stat().st_mtime_ns
         code, calls, text = self.call("uefi", *self.words(), "--keep-images")
         self.assertEqual((code, len(calls)), (0, 2), text)
-        self.assertRegex(calls[1], "--target=x86_64-efi .*--bootloader-id=kestro-recovery --no-nvram")
+        self.assertRegex(calls[1], "--target=x86_64-efi .*--bootloader-id=kestro-recovery --no-nvram .*--no-uefi-secure-boot$")
         files = self.read(RECOVERY)
         self.assertEqual([name for name in files if name.startswith("kestro/")],
                          ["kestro/boot.cfg", "kestro/initrd.img-7.0", "kestro/vmlinuz-7.0"])
@@ -182,21 +196,32 @@ class RecoveryInstall(unittest.TestCase):
 
     def test_folders_of_the_system_are_imaged_as_they_are(self):
         self.write(ROOT, {"var/own": "own", "opt/own": "own"})
-        code, _, text = self.call("bios", *self.words(data=ROOT))
+        code, _, text = self.call("bios", *self.words(data=ROOT), SUBVOLUME="/snapshots/1")
         self.assertEqual(code, 0, text)
         self.assertEqual(self.read(ROOT)["var/own"], "own")
-        self.assertEqual(self.read(RECOVERY)["backup/_nox_data.info"], self.disk.uuid(ROOT) + "\n")
+        files = self.read(RECOVERY)
+        self.assertEqual(files["backup/_nox_data.info"], self.disk.uuid(ROOT) + "\n")
+        self.assertIn("multiboot ($menu)/snapshots/1/grub/i386-pc/core.img", files["boot/grub/grub.cfg"])
+        self.assertIn('-s "($menu)/snapshots/1/grub/grub.cfg"', files["boot/grub/grub.cfg"])
 
     def test_a_failing_image_leaves_no_copies(self):
-        (self.folder / "bin").mkdir()
-        (self.folder / "bin/kestro-clone").write_text("#!/bin/sh\nexit 10\n")
-        (self.folder / "bin/kestro-clone").chmod(0o755)
-        path = f"{self.folder / 'bin'}:{FAKES}:/usr/sbin:/usr/bin:/sbin:/bin"
-        code, calls, text = self.call("bios", *self.words(), PATH=path)
+        code, calls, text = self.call("bios", *self.words(), PATH=self.image_tool("exit 10"))
         self.assertNotEqual(code, 0, text)
         self.assertEqual(len(calls), 1)
         self.assertEqual([name for name in self.read(ROOT) if name.startswith(("opt", "var"))], [])
         self.assertNotIn("boot/grub/grub.cfg", self.read(RECOVERY))
+
+    def test_copies_of_a_run_that_died_are_made_anew(self):
+        code, _, text = self.call("bios", *self.words(), PATH=self.image_tool('kill -9 "$PPID"'))
+        self.assertEqual(code, -signal.SIGKILL, text)
+        with self.mounted(ROOT) as root:
+            (root / "var/lib/status").unlink()
+        code, _, text = self.call("bios", *self.words())
+        self.assertEqual(code, 0, text)
+        root = self.read(ROOT)
+        self.assertEqual([name for name in root if name.startswith(("opt", "var"))], [])
+        self.assertNotIn("backup/.copied-folders", self.read(RECOVERY))
+        self.assertEqual(self.restored(), root | {"opt/app/run": "program", "var/lib/status": "packages"})
 
     def test_refusals_write_nothing(self):
         self.set_type(GRUB, LINUX)
@@ -220,6 +245,19 @@ class RecoveryInstall(unittest.TestCase):
                 self.assertNotEqual(code, 0)
                 self.assertEqual(calls, [])
                 self.assertIn(reason, text)
+        for booted, layers, reason in (("bios", "lvm cryptodisk luks2", "is encrypted"), ("uefi", "unknown", "does not know")):
+            with self.subTest(layers):
+                code, calls, text = self.call(booted, *self.words(), LAYERS=layers)
+                self.assertNotEqual(code, 0)
+                self.assertEqual(calls, [])
+                self.assertIn(reason, text)
+        self.assertEqual(self.disk.checksum(), before)
+        with self.mounted(BOOT) as boot:
+            (boot / "grub").rename(boot / "gone")
+        self.assertIn("boot menu was not found", self.call("uefi", *self.words())[2])
+        with self.mounted(BOOT) as boot:
+            (boot / "gone").rename(boot / "grub")
+        before = self.disk.checksum()
         for number in (RECOVERY, ROOT, DATA):
             with self.subTest(f"mounted {number}"):
                 subprocess.run(["mount", "-o", "ro,noload", self.disk.parts[number], self.work], check=True)

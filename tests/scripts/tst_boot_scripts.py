@@ -4,6 +4,7 @@
 import json
 import os
 import pathlib
+import re
 import signal
 import subprocess
 import sys
@@ -190,6 +191,37 @@ class BootScripts(unittest.TestCase):
             self.assertEqual((code, calls[:2]), (0, [
                 f"grub-bios-setup {self.disk.device}",
                 f"grub-install --target=i386-pc --recheck{option} {self.disk.device}"]), text)
+
+    def test_a_look_replays_no_journal(self):
+        output = subprocess.run(["bash", "-ec", f'. {SCRIPTS}/boot-system.sh; declare -f candidate_devices;'
+                                 'for type in "${!look_options[@]}"; do echo "look $type ${look_options[$type]}"; done'],
+                                text=True, check=True, stdout=subprocess.PIPE).stdout
+        options = dict(re.findall(r"^look (\S+) (\S+)$", output, re.M))
+        pattern = re.search(r"/(\^\(ext\[234\].*\)\$)/", output)[1]
+        known = ("ext2", "ext3", "ext4", "xfs", "btrfs", "f2fs")
+        self.assertEqual(pattern.count("|"), 3, "a type that this test does not know")
+        self.assertEqual({name for name in known if re.match(pattern, name)}, set(options))
+        self.assertEqual([name for name, words in options.items() if words == "ro"], ["ext2"])
+        self.assertTrue(all(words.startswith("ro") for words in options.values()))
+        # The kernel takes them.
+        part = self.disk.own(self.disk.parts[FOREIGN])
+        for name in ("ext2", "ext3", "ext4"):
+            subprocess.run([f"mkfs.{name}", "-qF", part], check=True)
+            with Mounted(self.disk, FOREIGN, self.folder / "point", options[name]):
+                pass
+
+    def test_a_loader_that_does_not_fit_its_modules_is_replaced(self):
+        self.put_loaders(testos__grubx64_efi="newer")
+        for core, count in (("newer", 0), ("older", 1)):
+            with self.subTest(core):
+                with self.mounted(BOOT) as boot:
+                    (boot / "grub/x86_64-efi").mkdir(exist_ok=True)
+                    (boot / "grub/x86_64-efi/core.efi").write_text(core)
+                code, calls, text = self.call("uefi", "resetEFI", self.disk.parts[EFI], GRUB_FAILS="1")
+                self.assertEqual((code, len(calls)), (0, count), text)
+        self.assertEqual(self.loaders()["EFI/testos/grubx64.efi"], "newer")
+        self.assertEqual(self.call("uefi", "resetEFI", self.disk.parts[EFI])[0], 0)
+        self.assertEqual(self.loaders()["EFI/testos/grubx64.efi"], "new\n")
 
     def test_the_system_is_found_without_the_command_line(self):
         (self.folder / "cmdline").write_text("quiet\n")
