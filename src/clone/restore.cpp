@@ -6,6 +6,7 @@
 #include "clone/guards.h"
 #include "clone/humansize.h"
 #include "clone/imagereader.h"
+#include "clone/metadata.h"
 #include "clone/process.h"
 #include "clone/progress.h"
 #include "clone/targetwriter.h"
@@ -28,6 +29,12 @@ void refuseHoles(const ImageReader& image, ReadErrors readErrors)
     }
 }
 
+/// Not for a source of which nothing is known: it may have been a disk.
+bool isOfOneFileSystem(const Metadata& metadata)
+{
+    return metadata.partitionTable.empty() && metadata.parts.size() == 1 && !metadata.parts.front().type.empty();
+}
+
 void refuseUnfitTarget(const ImageReader& image, const BlockDevice& target)
 {
     refuseSmallTarget(target, image.index().sourceSize);
@@ -40,6 +47,9 @@ void refuseUnfitTarget(const ImageReader& image, const BlockDevice& target)
     }
     if (wholeDisk && target.isPartition) {
         throw Failure(ExitCode::Refused, "the image is of a whole disk, but " + target.path + " is a partition");
+    }
+    if (isOfOneFileSystem(image.metadata()) && !partitionNodesOf(target).empty()) {
+        throw Failure(ExitCode::Refused, "the image is of one file system, but " + target.path + " has partitions");
     }
     refuseImageOn(target, image.file().path());
     refuseSwapOn(target);

@@ -29,6 +29,8 @@ held "${parts[1]}" x kc --tui "${parts[0]}" a.kim
 held "$source" x kc --tui a.kim "${parts[1]}"
 kc --tui a.kim "${parts[1]}"
 e2fsck -fn "${parts[1]}" >/dev/null 2>&1 && echo clean
+# An image of a partition is not written over a partition table.
+kc --tui a.kim "$source"
 # The kernel takes the new partitions for the old ones, or the run says that it did not.
 kc --tui "$source" disk.kim
 device target 64M
