@@ -73,7 +73,9 @@ struct Source
 Source lockedSource(const BlockDevice& device)
 {
     DeviceLocks locks = lockAgainstOtherRuns(device);
-    return {device, std::move(locks), File::openDirect(device.path, O_RDONLY)};
+    File file = File::openDirect(device.path, O_RDONLY);
+    refuseAnotherDevice(file, device);
+    return {device, std::move(locks), std::move(file)};
 }
 
 /// Keeps everybody from mounting a source that is not mounted while it is read. Not to be had before its used blocks

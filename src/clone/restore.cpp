@@ -6,6 +6,7 @@
 #include "clone/guards.h"
 #include "clone/humansize.h"
 #include "clone/imagereader.h"
+#include "clone/interruption.h"
 #include "clone/metadata.h"
 #include "clone/process.h"
 #include "clone/progress.h"
@@ -97,6 +98,8 @@ void restore(const std::string& image, const std::string& device, ReadErrors rea
     UnmountedTarget unmounted(target);
     {
         TargetWriter writer(reader, target, progress);
+        // The last chance to leave the target as it was.
+        throwIfInterrupted();
         unmounted.keep();
         writer.run();
     }
