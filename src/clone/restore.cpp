@@ -15,6 +15,7 @@
 #include "clone/verify.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace kestro::clone {
 
@@ -75,7 +76,8 @@ File lockedImage(const std::string& path)
     if (!file.isAt(path)) {
         throw Failure(ExitCode::Busy, path + " was replaced by another run");
     }
-    file.sync();
+    // Only so that all of the cache can be emptied: file systems that cannot be written to know no such call.
+    (void)::fsync(file.fd());
     file.dropCache();
     return file;
 }
