@@ -39,5 +39,11 @@ renew "$target"
 kc --tui disk.kim "$target"
 partx -o NR,SECTORS -rg "$target"
 for node in "$target"p1 "$target"p2; do blockdev --getsize64 "$node"; done
+# A partition with a table of its own stays the image of a partition.
+printf 'label: gpt\nsize=8M\n' | sfdisk -q --no-reread --no-tell-kernel "${parts[0]}"
+kc --tui "${parts[0]}" nested.kim
+reader nested.kim
+kc --tui nested.kim "${parts[1]}"
+cmp "${parts[@]}" && echo identical
 partx -d "$source"
 partx -d "$target"
