@@ -73,7 +73,19 @@ struct Source
 Source lockedSource(const BlockDevice& device)
 {
     DeviceLocks locks = lockAgainstOtherRuns(device);
-    return {device, std::move(locks), File::openDirect(device.path, O_RDONLY)};
+    File file = File::openDirect(device.path, O_RDONLY);
+    refuseAnotherDevice(file, device);
+    return {device, std::move(locks), std::move(file)};
+}
+
+/// What was mounted since the standstill began may have been changed under the reader's hands.
+void refuseNewMounts(const BlockDevice& device, const FrozenMounts& frozen)
+{
+    const auto mounts = mountsOf(device);
+    if (std::any_of(mounts.begin(), mounts.end(),
+            [&](const Mount& mount) { return hasWritableFileSystem(mount) && !frozen.holds(deviceOf(mount)); })) {
+        throw Failure(ExitCode::Busy, device.path + " was mounted for writing while it was being read");
+    }
 }
 
 /// Keeps everybody from mounting a source that is not mounted while it is read. Not to be had before its used blocks
@@ -81,10 +93,7 @@ Source lockedSource(const BlockDevice& device)
 File claimed(const BlockDevice& device, const FrozenMounts& frozen)
 {
     File claim(::open(device.path.c_str(), O_RDONLY | O_EXCL | O_CLOEXEC), device.path);
-    const auto mounts = mountsOf(device);
-    if (!frozen.any() && std::any_of(mounts.begin(), mounts.end(), isWritable)) {
-        throw Failure(ExitCode::Busy, device.path + " was mounted for writing while it was being read");
-    }
+    refuseNewMounts(device, frozen);
     return claim;
 }
 
@@ -191,6 +200,8 @@ ExtentList makeImage(const Source& source, NewImage& image, ReadErrors readError
         progress.nextPhase(totalLength(index.extents));
         frozen.setPatience(readingPatience);
         writeChunks(source, index, layout, destination, reading);
+        // One partition that is mounted keeps the others from being claimed.
+        refuseNewMounts(source.device, frozen);
         frozen.thaw();
         progress.nextPhase(1);
         metadata.holes = reading.holes.inDeviceOrder(source.device.size);

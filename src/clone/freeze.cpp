@@ -3,10 +3,12 @@
 
 #include "clone/failure.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <map>
 #include <string>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -64,13 +66,20 @@ std::set<dev_t> FrozenMounts::devices() const
     return devices;
 }
 
-void FrozenMounts::openRoots(const std::vector<Mount>& mounts)
+bool FrozenMounts::holds(dev_t device) const
 {
+    return std::any_of(m_held.begin(), m_held.end(), [device](const Held& held) { return held.device == device; });
+}
+
+void FrozenMounts::openRoots(std::vector<Mount> mounts)
+{
+    std::stable_partition(mounts.begin(), mounts.end(), isWritable);
     std::map<dev_t, Held> found;
     for (const Mount& mount : mounts) {
         Held& held = found[mount.device];
-        // Any mount of a file system will do, as long as it can be reached.
-        if (isWritable(mount) && held.root < 0) {
+        // Any mount of a file system will do, as long as it can be reached. What this mount may not write another may,
+        // such as one of another name space.
+        if (hasWritableFileSystem(mount) && held.root < 0) {
             held = {openRoot(mount), mount.target, deviceOf(mount), Stillness::None};
         }
     }

@@ -42,8 +42,19 @@ DeviceLocks lockAgainstOtherRuns(const BlockDevice& device)
         locks.back().lockShared();
     }
     locks.push_back(File::open(device.path, O_RDONLY));
+    refuseAnotherDevice(locks.back(), device);
     locks.back().lockExclusively();
     return locks;
+}
+
+void refuseAnotherDevice(const File& opened, const BlockDevice& device)
+{
+    struct stat status
+    {
+    };
+    if (::fstat(opened.fd(), &status) != 0 || !S_ISBLK(status.st_mode) || status.st_rdev != device.number) {
+        throw Failure(ExitCode::Refused, device.path + " is not the device any more that it was at first");
+    }
 }
 
 void refuseImageOn(const BlockDevice& device, const std::string& image)

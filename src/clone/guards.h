@@ -14,8 +14,11 @@ namespace kestro::clone {
 using DeviceLocks = std::vector<File>;
 
 /// Locks a device against every other run. A run on a disk and one on a partition of it exclude each other; runs on two
-/// partitions of a disk do not. Throws Busy.
+/// partitions of a disk do not. Throws Busy, and Refused for another device.
 [[nodiscard]] DeviceLocks lockAgainstOtherRuns(const BlockDevice& device);
+
+/// Throws Refused when the file is not this device: a link may lead elsewhere by the time it is opened again.
+void refuseAnotherDevice(const File& opened, const BlockDevice& device);
 
 /// Throws Overlap when the image is, or would be, on the device, or on something that is built on it.
 void refuseImageOn(const BlockDevice& device, const std::string& image);

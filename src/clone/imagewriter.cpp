@@ -83,6 +83,10 @@ static_assert(mostCollectedExtents <= mostExtents);
 
 void refuseTooLarge(const ImageIndex& index, const Metadata& metadata)
 {
+    if (index.sectorSize != 512 && index.sectorSize != 4096) {
+        throw Failure(ExitCode::Refused,
+            "the source has sectors of " + std::to_string(index.sectorSize) + " bytes, an image only of 512 or 4096");
+    }
     if (index.sourceSize % index.sectorSize != 0) {
         throw Failure(ExitCode::Refused, "the source ends within a sector: it has " + exactSize(index.sourceSize));
     }

@@ -30,7 +30,7 @@ struct ContentPart
     std::uint64_t usedBytes = 0;
 };
 
-/// What people want to know of an image; nothing in it is needed to restore, but for the table and the holes.
+/// What people want to know of an image; only the table, the parts' types and the holes have a say in a restore.
 struct Metadata
 {
     std::string tool;

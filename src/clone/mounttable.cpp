@@ -130,7 +130,12 @@ std::string upperFolderOf(const Mount& overlay)
 
 bool isWritable(const Mount& mount)
 {
-    return !hasOption(mount.options, "ro") && !hasOption(mount.superOptions, "ro");
+    return !hasOption(mount.options, "ro") && hasWritableFileSystem(mount);
+}
+
+bool hasWritableFileSystem(const Mount& mount)
+{
+    return !hasOption(mount.superOptions, "ro");
 }
 
 const Mount* mountOfPath(const std::vector<Mount>& mounts, const std::string& path)

@@ -41,6 +41,9 @@ struct Mount
 /// True when the mount may write: neither the mount nor its file system is read-only.
 [[nodiscard]] bool isWritable(const Mount& mount);
 
+/// True when the file system may be written, if not through this mount, then through another.
+[[nodiscard]] bool hasWritableFileSystem(const Mount& mount);
+
 /// True when the comma-separated options hold this one.
 [[nodiscard]] bool hasOption(std::string_view options, std::string_view option);
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <iterator>
 #include <memory>
@@ -65,7 +66,7 @@ int runForLines(const std::vector<std::string>& command, const std::function<voi
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw Failure(ExitCode::Internal, "cannot make a pipe: " + errorText(errno));
     }
-    const std::unique_ptr<std::FILE, CloseStream> output(::fdopen(ends[0], "r"));
+    std::unique_ptr<std::FILE, CloseStream> output(::fdopen(ends[0], "r"));
     const pid_t child = startedWith(command, ends[1]);
     ::close(ends[1]);
     std::array<char, 4096> buffer{};
@@ -74,7 +75,14 @@ int runForLines(const std::vector<std::string>& command, const std::function<voi
         line.remove_suffix(line.ends_with('\n') ? 1 : 0);
         take(line);
     }
-    return exitCodeOf(child);
+    // A signal ends the reading too; the program would then wait for ever for somebody to read the rest.
+    const bool whole = output && std::feof(output.get()) != 0;
+    output.reset();
+    if (!whole && child > 0) {
+        ::kill(child, SIGTERM);
+    }
+    const int exitCode = exitCodeOf(child);
+    return whole ? exitCode : -1;
 }
 
 } // namespace kestro::clone

@@ -13,7 +13,7 @@ namespace kestro::clone {
 [[nodiscard]] int runQuietly(const std::vector<std::string>& command);
 
 /// The same, but hands over each line of the program's standard output, without its end, as it comes. A line longer
-/// than 4095 bytes comes in parts.
+/// than 4095 bytes comes in parts. A signal that this process catches ends the program; -1 then, for lines are missing.
 [[nodiscard]] int runForLines(
     const std::vector<std::string>& command, const std::function<void(std::string_view line)>& take);
 

@@ -6,6 +6,8 @@
 #include "clone/guards.h"
 #include "clone/humansize.h"
 #include "clone/imagereader.h"
+#include "clone/interruption.h"
+#include "clone/metadata.h"
 #include "clone/process.h"
 #include "clone/progress.h"
 #include "clone/targetwriter.h"
@@ -13,6 +15,7 @@
 #include "clone/verify.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace kestro::clone {
 
@@ -28,6 +31,12 @@ void refuseHoles(const ImageReader& image, ReadErrors readErrors)
     }
 }
 
+/// Not for a source of which nothing is known: it may have been a disk.
+bool isOfOneFileSystem(const Metadata& metadata)
+{
+    return metadata.partitionTable.empty() && metadata.parts.size() == 1 && !metadata.parts.front().type.empty();
+}
+
 void refuseUnfitTarget(const ImageReader& image, const BlockDevice& target)
 {
     refuseSmallTarget(target, image.index().sourceSize);
@@ -40,6 +49,9 @@ void refuseUnfitTarget(const ImageReader& image, const BlockDevice& target)
     }
     if (wholeDisk && target.isPartition) {
         throw Failure(ExitCode::Refused, "the image is of a whole disk, but " + target.path + " is a partition");
+    }
+    if (isOfOneFileSystem(image.metadata()) && !partitionNodesOf(target).empty()) {
+        throw Failure(ExitCode::Refused, "the image is of one file system, but " + target.path + " has partitions");
     }
     refuseImageOn(target, image.file().path());
     refuseSwapOn(target);
@@ -64,7 +76,8 @@ File lockedImage(const std::string& path)
     if (!file.isAt(path)) {
         throw Failure(ExitCode::Busy, path + " was replaced by another run");
     }
-    file.sync();
+    // Only so that all of the cache can be emptied: file systems that cannot be written to know no such call.
+    (void)::fsync(file.fd());
     file.dropCache();
     return file;
 }
@@ -87,6 +100,8 @@ void restore(const std::string& image, const std::string& device, ReadErrors rea
     UnmountedTarget unmounted(target);
     {
         TargetWriter writer(reader, target, progress);
+        // The last chance to leave the target as it was.
+        throwIfInterrupted();
         unmounted.keep();
         writer.run();
     }

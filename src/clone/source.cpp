@@ -78,7 +78,8 @@ SourceMap mapDisk(const BlockDevice& disk, const std::string& table, DevicesFroz
 }
 
 /// Boot sectors of FAT, NTFS and exFAT look like a partition table without partitions, and a disk that was partitioned
-/// anew may still bear the sign of the file system that was on it. What is not certain is left out of the signature:
+/// anew may still bear the sign of the file system that was on it. An image of a partition with a table of its own must
+/// fit a partition again, so it is none of a disk. What is not certain is left out of the signature:
 /// the source is then imaged whole.
 Signature trustedSignature(const BlockDevice& source)
 {
@@ -88,7 +89,8 @@ Signature trustedSignature(const BlockDevice& source)
         return {found.type, found.label, ""};
     }
     const bool isKnownTable = found.partitionTable == "gpt" || found.partitionTable == "dos";
-    return {"", "", isKnownTable && found.type.empty() ? found.partitionTable : ""};
+    const bool isDisk = isKnownTable && !source.isPartition;
+    return {"", "", isDisk && found.type.empty() ? found.partitionTable : ""};
 }
 
 } // namespace

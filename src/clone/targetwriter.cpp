@@ -4,6 +4,7 @@
 #include "clone/alignedbuffer.h"
 #include "clone/crew.h"
 #include "clone/failure.h"
+#include "clone/guards.h"
 #include "clone/partitions.h"
 #include "clone/piecesio.h"
 #include "clone/process.h"
@@ -115,7 +116,9 @@ TargetWriter::TargetWriter(const ImageReader& image, const BlockDevice& target, 
     , m_progress(progress)
     , m_layout(image.index().extents, image.index().chunkSize)
     , m_device(File::openDirect(target.path, O_RDWR | O_EXCL))
-{ }
+{
+    refuseAnotherDevice(m_device, target);
+}
 
 void TargetWriter::run()
 {

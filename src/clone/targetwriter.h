@@ -13,7 +13,7 @@ namespace kestro::clone {
 class TargetWriter
 {
 public:
-    /// Opens the device for itself alone. Throws Busy. Keeps the references.
+    /// Opens the device for itself alone. Throws Busy, and Refused for another device. Keeps the references.
     TargetWriter(const ImageReader& image, const BlockDevice& target, Progress& progress);
 
     /// Two phases of the progress: writing and reading back.

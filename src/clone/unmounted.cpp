@@ -120,11 +120,15 @@ UnmountedTarget::~UnmountedTarget()
 
 void UnmountedTarget::mountAgain()
 {
+    std::vector<std::string> failed;
     for (const Mount& mount : std::exchange(m_mounts, {})) {
         if (!mountOnce(mount)) {
-            throw Failure(ExitCode::NotRemounted,
-                "the device is restored, but it cannot be mounted at " + mount.target + " again");
+            failed.push_back(mount.target);
         }
+    }
+    if (!failed.empty()) {
+        throw Failure(
+            ExitCode::NotRemounted, "the device is restored, but it cannot be mounted at " + failed.front() + " again");
     }
 }
 

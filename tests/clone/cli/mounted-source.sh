@@ -34,3 +34,10 @@ done
 mount -o remount,ro m
 kc --tui "$source" c.kim
 "$KESTRO_CLONE" --kim-info --json c.kim | grep -oE '"(frozen|needsRecovery)": .*'
+# Only this mount may not write; the file system is writable all the same.
+mount -o remount,rw m
+mount -o remount,bind,ro m
+kc --tui "$source" d.kim
+"$KESTRO_CLONE" --kim-info --json d.kim | grep -oE '"(frozen|needsRecovery)": .*'
+mount -o remount,bind,rw m
+timeout 5 touch m/thawed && echo thawed

@@ -31,3 +31,12 @@ kill -TERM "$tool"
 wait "$tool" || echo "exit $?"
 cat err
 findmnt -rn m || echo "not mounted"
+# One mount that cannot be made again does not keep the others away; udevadm is called between writing and mounting.
+mkfs.ext4 -q -F "$target"
+mounted "$target" first
+mounted "$target" second
+mkdir programs
+printf '#!/bin/sh\nrmdir first && touch first\n' >programs/udevadm
+chmod +x programs/udevadm
+PATH=$T/programs:$PATH kc --tui a.kim "$target" | sed "s#$T#T#"
+findmnt -rno FSTYPE second

@@ -21,3 +21,8 @@ kc --tui b.kim "$target"
 sgdisk -n 1:0:+8M "$source" >/dev/null
 kc --tui "$source" c.kim
 kc --tui c.kim "$small"
+# A size that images do not know is refused before anything is copied.
+device odd 24M --sector-size 2048
+head -c 24M /dev/urandom >"$odd"
+kc --tui "$odd" d.kim
+[ "$(stat -c %s d.kim)" -lt 100000 ] && echo "nothing copied"
