@@ -3,6 +3,7 @@
 """What the real sudo makes of the recovery program's rule, in a mount namespace with accounts of its own."""
 import os
 import pathlib
+import pty
 import subprocess
 import sys
 import tempfile
@@ -27,6 +28,7 @@ for name in write-file create-data-info reset-grub resetEFI; do
 done
 ln -sf /bin/true /usr/bin/kestro-clone
 mount --bind "$1/passwd" /etc/passwd
+mount --bind "$1/shadow" /etc/shadow
 mount --bind "$1/sudoers" /etc/sudoers
 shift
 exec "$@"
@@ -45,7 +47,7 @@ ALLOWED = (
     (*TAR, "-rpf", "/media/kestro/b/backup//opt.tar", "-C", "/media/kestro/root", "opt"),
     (*TAR, "-xpf", "/media/kestro/b/var.tar", "-C", "/media/kestro/root", "var"),
     (*TAR, "-xpf", "/media/kestro/b/var.tar", "datainfo"),
-    ("tar", "-tf", "/media/kestro/b/backup//opt.tar"),
+    ("tar", "-tf", "/media/kestro/b/backup//opt.tar"), ("tar", "-tf", "/media/kestro/b/backup//opt.tar", "opt"),
     ("tar", "--occurrence=1", "-xOf", "/media/kestro/b/backup//opt.tar", "datainfo"),
     ("find", "/media/kestro/data/home/", "-mindepth", "1", "-maxdepth", "1", "-inum", "12", "-exec", "rm", "-rf", "{}",
      "+"),
@@ -112,6 +114,7 @@ class SudoRule(unittest.TestCase):
         cls.addClassCleanup(holder.cleanup)
         cls.folder = pathlib.Path(holder.name)
         (cls.folder / "passwd").write_text("root:x:0:0::/root:/bin/sh\nkestro:x:999:999::/home/kestro:/bin/bash\n")
+        (cls.folder / "shadow").write_text("root:*:20000::::::\nkestro:!*:20000::::::\n")
         rule = cls.folder / "sudoers"
         # What Debian's own file has besides.
         rule.write_text("Defaults env_reset, use_pty\n"
@@ -119,9 +122,12 @@ class SudoRule(unittest.TestCase):
                         + RULE.read_text(encoding="utf-8"))
         rule.chmod(0o440)
 
+    def staged(self, *words, **options):
+        return subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", str(self.folder), *words],
+                              text=True, check=False, **options)
+
     def sudo_allows(self, words):
-        result = subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", str(self.folder),
-                                 "sudo", "-l", "-U", "kestro", "--", *words], capture_output=True, text=True, check=False)
+        result = self.staged("sudo", "-l", "-U", "kestro", "--", *words, capture_output=True)
         self.assertEqual(result.stderr, "", words)
         self.assertIn(result.returncode, (0, 1), words)
         return result.returncode == 0
@@ -130,6 +136,17 @@ class SudoRule(unittest.TestCase):
         for words, allowed in [(words, True) for words in ALLOWED] + [(words, False) for words in REFUSED]:
             with self.subTest(words):
                 self.assertEqual(self.sudo_allows(words), allowed)
+
+    def test_refusal_asks_for_no_password(self):
+        """The session has a terminal, at which nobody would ever answer."""
+        terminal, other = pty.openpty()
+        self.addCleanup(os.close, terminal)
+        self.addCleanup(os.close, other)
+        result = self.staged("setsid", "--ctty", "--wait", "setpriv", "--reuid=999", "--regid=999", "--clear-groups",
+                             "sudo", "rm", "-rf", "/media/kestro/photos -2020", stdin=other, capture_output=True,
+                             timeout=60)
+        self.assertIn("not allowed to execute", result.stderr)
+        self.assertEqual(result.returncode, 1)
 
 
 if __name__ == "__main__":
