@@ -6,6 +6,7 @@
 #include "utils/core/command.h"
 #include "utils/utils.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QJsonObject>
@@ -53,6 +54,10 @@ void BackupTask::setTasks(const QJsonArray& tasks)
             addImageBackup(*element);
         }
     }
+    // A backup that will never run must not replace what the one before has left.
+    if (!isFailed()) {
+        std::ranges::for_each(m_plans, [this](const BackupPlan& plan) { carryOut(plan); });
+    }
     checkJobs();
 }
 
@@ -71,7 +76,13 @@ void BackupTask::addImageBackup(const BackupElement& element)
     if (m_backupDir.isEmpty()) {
         m_backupDir = directory;
     }
-    carryOut(planImage(source, directory, element.imageName));
+    const BackupPlan plan = planImage(source, directory, element.imageName);
+    if (wouldRelabel(plan)) {
+        setError(QCoreApplication::translate(
+            "ErrorType", "This directory cannot be used to store backup files, please select a different directory."));
+    } else {
+        m_plans.append(plan);
+    }
 }
 
 ImageSource BackupTask::imageSource(const QString& uuid) const
@@ -110,7 +121,14 @@ void BackupTask::backupOptAndVar(const QString& sourceUuid, const QString& backu
         qDebug() << "from path is empty";
         return;
     }
-    for (const QString& name : {u"opt"_s, u"var"_s}) {
+    const QStringList names{u"opt"_s, u"var"_s};
+    // In a mount point that holds such a name ("/media/var") tar would find another directory.
+    if (!std::ranges::all_of(names, [&](const QString& name) { return isNameOnlyAtEnd(mountPoint + u'/' + name); })) {
+        qWarning() << "directories cannot be told apart in" << mountPoint;
+        refuse();
+        return;
+    }
+    for (const QString& name : names) {
         backupDataDirectory(mountPoint, sourceUuid, backupDirectory, name);
     }
 }
@@ -118,7 +136,7 @@ void BackupTask::backupOptAndVar(const QString& sourceUuid, const QString& backu
 void BackupTask::backupDataDirectory(
     const QString& sourceMountPoint, const QString& sourceUuid, const QString& backupDirectory, const QString& name)
 {
-    carryOut(planArchive({sourceMountPoint, sourceUuid, name}, backupDirectory));
+    m_plans.append(planArchive({sourceMountPoint, sourceUuid, name}, backupDirectory));
 }
 
 void BackupTask::carryOut(const BackupPlan& plan)
@@ -127,7 +145,6 @@ void BackupTask::carryOut(const BackupPlan& plan)
         SpawnCmd(command.program, command.args);
     }
     addJob(plan.job.from, plan.job.to, plan.job.type);
-    m_plans.append(plan);
 }
 
 bool BackupTask::areImagesGood() const
@@ -137,13 +154,19 @@ bool BackupTask::areImagesGood() const
         names, [this](const QString& name) { return Utils::checkImageFile(m_backupDir + u'/' + name); });
 }
 
+void BackupTask::refuse()
+{
+    setError(tr("Backup error, please try again"));
+}
+
 void BackupTask::verifyImages()
 {
+    // Deliberate: a directory that is gone is not checked.
     const bool isGone = !m_backupDir.isEmpty() && !QDir(m_backupDir).exists();
     if (isFailed() || isGone || (areImagesGood() && std::ranges::all_of(m_plans, isDescribedAsPlanned))) {
         Q_EMIT
         finished();
         return;
     }
-    setError(tr("Backup error, please try again"));
+    refuse();
 }

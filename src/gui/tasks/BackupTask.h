@@ -33,6 +33,7 @@ private:
     [[nodiscard]] ImageSource imageSource(const QString& uuid) const;
     [[nodiscard]] QString mountedDirectory(const BackupElement& element) const;
     void carryOut(const BackupPlan& plan);
+    void refuse();
     [[nodiscard]] bool areImagesGood() const;
 
     int m_actionType = 0;

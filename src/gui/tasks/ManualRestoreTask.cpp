@@ -15,6 +15,8 @@
 #include <QThread>
 #include <QTimer>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 ManualRestoreTask::ManualRestoreTask(const QJsonArray& tasks, QObject* parent)
@@ -59,7 +61,6 @@ void ManualRestoreTask::setTasks(const QJsonArray& tasks)
 
 void ManualRestoreTask::begin()
 {
-    clearTargets();
     if (m_checksJobs) {
         checkJobs();
     }
@@ -182,6 +183,7 @@ void ManualRestoreTask::addArchives(const QString& directory, const QStringList&
         const QString archive = directory + u'/' + name;
         const DataInfo info = parseDataInfo(fetchDataInfo(archive));
         if (info.uuid.isEmpty() || info.directory.isEmpty()) {
+            addArchiveToCheck(archive);
             continue;
         }
         if (!isSafeDirectory(info.directory)) {
@@ -198,7 +200,7 @@ void ManualRestoreTask::addArchives(const QString& directory, const QStringList&
         }
         const QString target = u"%1/%2"_s.arg(mountPoint, info.directory);
         // A mount point that holds the directory's name ("/media/var") would send the archive elsewhere.
-        if (directoryOfPath(target) != mountPoint + u'/') {
+        if (!isNameOnlyAtEnd(target)) {
             refuseMismatch();
             return;
         }
@@ -209,13 +211,14 @@ void ManualRestoreTask::addArchives(const QString& directory, const QStringList&
     }
 }
 
-void ManualRestoreTask::clearTargets()
+// Not before the images are back: an image job that is refused or fails must not cost what is still there.
+void ManualRestoreTask::aboutToStart(const Job& job)
 {
-    if (isFailed()) {
-        return;
-    }
-    for (const QString& mountPoint : m_mountsToClear) {
-        deleteOptAndVar(mountPoint);
+    const auto mountPoint = std::ranges::find_if(
+        m_mountsToClear, [&job](const QString& candidate) { return job.to.startsWith(candidate + u'/'); });
+    if (job.type == JobType::TarExtract && mountPoint != m_mountsToClear.end()) {
+        deleteOptAndVar(*mountPoint);
+        m_mountsToClear.removeAll(QString(*mountPoint));
     }
 }
 

@@ -37,7 +37,7 @@ private:
     void refuseMismatch();
     void unmountDrive();
     void unmountDriveDevice(VBlockDevice& device);
-    void clearTargets();
+    void aboutToStart(const Job& job) override;
     [[nodiscard]] QString targetDiskOf(const QString& filePath) const;
     bool fetchImageRecord(const QString& filePath);
     bool fetchDiskInfo(const QString& filePath);

@@ -17,8 +17,13 @@ void RestoreTask::addImageJob(const QString& image, const QString& device)
 
 void RestoreTask::addArchiveJob(const QString& archive, const QString& directory)
 {
-    m_check.addArchive(archive);
+    m_check.addArchive(archive, nameOfPath(directory));
     addJob(archive, directory, JobType::TarExtract);
+}
+
+void RestoreTask::addArchiveToCheck(const QString& archive)
+{
+    m_check.addArchive(archive, {});
 }
 
 void RestoreTask::beginWhenWhole()

@@ -41,6 +41,8 @@ private:
     [[nodiscard]] bool hasSeparateDataPartition() const;
     void fixDataPartition();
     bool forceRemove(const QString& path);
+    void removeStubborn(const QString& path);
+    void removeInode(const QString& directory, quint64 inode);
 
     bool m_refreshDataPartition = false; ///< wipe the users' data
     QString m_systemUUID;                ///< the partition of the last initial image that names one

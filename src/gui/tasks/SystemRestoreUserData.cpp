@@ -11,7 +11,9 @@
 #include <QFileInfo>
 #include <QList>
 
+#include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include <sys/stat.h>
@@ -34,25 +36,38 @@ bool liesBelow(const QString& path, const QString& directory)
     return !real.isEmpty() && QFileInfo(path).canonicalFilePath().startsWith(real + u'/');
 }
 
+/// The inode number of what the path names, not of what a link leads to; nothing when it is not there.
+std::optional<quint64> inodeOf(const QByteArray& path)
+{
+    struct stat status
+    {
+    };
+    return ::lstat(path.constData(), &status) == 0 ? std::optional<quint64>(status.st_ino) : std::nullopt;
+}
+
 /// Inode numbers of the entries whose names are no UTF-8, which Qt leaves out of its listings.
 QList<quint64> entriesWithoutReadableName(const QString& directory)
 {
     QList<quint64> inodes;
-    std::error_code ignored;
-    for (const auto& entry : std::filesystem::directory_iterator(QFile::encodeName(directory).constData(), ignored)) {
-        const QByteArray name = QByteArray::fromStdString(entry.path().filename().native());
-        struct stat status
-        {
-        };
-        if (QString::fromUtf8(name).toUtf8() != name && ::lstat(entry.path().c_str(), &status) == 0) {
-            inodes.append(status.st_ino);
+    std::error_code error;
+    std::filesystem::directory_iterator entry(QFile::encodeName(directory).constData(), error);
+    // Not a range-for: reading on from a damaged directory would throw.
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const QByteArray name = QByteArray::fromStdString(entry->path().filename().native());
+        const std::optional<quint64> inode = inodeOf(QByteArray::fromStdString(entry->path().native()));
+        if (QString::fromUtf8(name).toUtf8() != name && inode) {
+            inodes.append(*inode);
         }
+    }
+    if (error) {
+        qWarning() << "cannot read all of" << directory << QString::fromStdString(error.message());
     }
     return inodes;
 }
 
 } // namespace
 
+// The misspellings in the messages below are deliberate: logs are searched for them.
 void SystemRestoreTask::removeUserData()
 {
     if (m_dataUUID.isEmpty()) {
@@ -133,8 +148,7 @@ void SystemRestoreTask::wipeHome(const QString& dataMountPoint)
             continue;
         }
         qDebug() << "failed to rm dirPath = " << path << ", err = " << error;
-        qDebug() << "try rm force ...";
-        forceRemove(path);
+        removeStubborn(path);
     }
     if (!isLink) {
         wipeUnreadableNames(home);
@@ -154,8 +168,7 @@ void SystemRestoreTask::wipeTopLevel(const QString& dataMountPoint)
         }
         // Deliberately empty: this rm runs without its error text.
         qDebug() << "failed to rm filePath = " << path << ", err = " << QString();
-        qDebug() << "try rm force ...";
-        forceRemove(path);
+        removeStubborn(path);
     }
     wipeUnreadableNames(u"%1/"_s.arg(dataMountPoint));
 }
@@ -163,13 +176,7 @@ void SystemRestoreTask::wipeTopLevel(const QString& dataMountPoint)
 void SystemRestoreTask::wipeUnreadableNames(const QString& directory)
 {
     for (const quint64 inode : entriesWithoutReadableName(directory)) {
-        qDebug() << "rm entry without a readable name in" << directory << "inode" << inode;
-        const bool isRemoved = SpawnCmd(u"sudo"_s,
-            {u"find"_s, directory, u"-mindepth"_s, u"1"_s, u"-maxdepth"_s, u"1"_s, u"-inum"_s, QString::number(inode),
-                u"-exec"_s, u"rm"_s, u"-rf"_s, u"{}"_s, u"+"_s});
-        if (!isRemoved) {
-            qWarning() << "failed to rm the entry without a readable name";
-        }
+        removeInode(directory, inode);
     }
 }
 
@@ -177,4 +184,36 @@ bool SystemRestoreTask::forceRemove(const QString& path)
 {
     SpawnCmd(u"sudo"_s, {u"chattr"_s, u"-i"_s, u"-R"_s, path});
     return SpawnCmd(u"sudo"_s, {u"rm"_s, u"-rf"_s, path});
+}
+
+// The rule for sudo lets no name through that could be taken for two arguments ("photos -2020").
+void SystemRestoreTask::removeStubborn(const QString& path)
+{
+    qDebug() << "try rm force ...";
+    if (forceRemove(path)) {
+        return;
+    }
+    if (const std::optional<quint64> inode = inodeOf(QFile::encodeName(path))) {
+        removeInode(path.first(path.lastIndexOf(u'/') + 1), *inode);
+    }
+}
+
+void SystemRestoreTask::removeInode(const QString& directory, quint64 inode)
+{
+    // All subvolumes of a btrfs have the same number, those that stay too.
+    const QFileInfoList entries = QDir(directory).entryInfoList(everything);
+    const bool wouldTakeKept = std::ranges::any_of(entries, [inode](const QFileInfo& entry) {
+        return isKeptTopLevelEntry(entry) && inodeOf(QFile::encodeName(entry.filePath())) == inode;
+    });
+    if (wouldTakeKept) {
+        qWarning() << "entry stays in" << directory << "inode" << inode;
+        return;
+    }
+    qDebug() << "rm entry in" << directory << "inode" << inode;
+    const bool isRemoved = SpawnCmd(u"sudo"_s,
+        {u"find"_s, directory, u"-mindepth"_s, u"1"_s, u"-maxdepth"_s, u"1"_s, u"-inum"_s, QString::number(inode),
+            u"-exec"_s, u"rm"_s, u"-rf"_s, u"{}"_s, u"+"_s});
+    if (!isRemoved) {
+        qWarning() << "failed to rm by inode in" << directory << "inode" << inode;
+    }
 }

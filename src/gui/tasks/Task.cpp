@@ -37,10 +37,7 @@ void Task::setError(const QString& message)
 
 void Task::checkJobs()
 {
-    if (m_isError) {
-        return;
-    }
-    if (m_jobs.isEmpty()) {
+    if (!m_isError && m_jobs.isEmpty()) {
         setError(tr("Failed to initialize the task"));
     } else {
         qDebug() << "task count:" << m_taskCount;
@@ -65,8 +62,11 @@ void Task::start()
     startJob(m_jobs.constFirst());
 }
 
+void Task::aboutToStart(const Job& /*job*/) { }
+
 void Task::startJob(const Job& job)
 {
+    aboutToStart(job);
     m_process = job.process;
     m_process->setProcessEnvironment(jobEnvironment());
     if (job.type == JobType::Clone) {

@@ -39,7 +39,7 @@ public:
     /// Fails the task for good: keeps the message and emits failed(). Once failed the run never resumes.
     void setError(const QString& message);
 
-    /// Fails the task when nothing was added to it; does nothing to a task that has failed already.
+    /// Fails the task when nothing was added to it, unless it has failed already.
     void checkJobs();
 
     /// Runs the next job; with none left, reports the end of all jobs. Does nothing after a failure.
@@ -116,6 +116,9 @@ protected:
 
     /// For work before start() that will lead to it or to a failure.
     void setStarted() { m_isStarted = true; }
+
+    /// Called before each job's process is started.
+    virtual void aboutToStart(const Job& job);
 
     const QString m_tmpMountPath = QStringLiteral("/tmp/arx"); ///< base of temporary mount points
     const QString m_diskInfoName = ImageRecord::name;          ///< the record's name inside every image

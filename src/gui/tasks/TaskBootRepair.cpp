@@ -8,6 +8,7 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -98,10 +99,13 @@ void Task::deleteOptAndVar(const QString& rootPath)
         return;
     }
     qDebug() << "start remove 'opt' and 'var' directory!";
-    const QString opt = u"%1/opt/"_s.arg(rootPath);
-    const QString var = u"%1/var/"_s.arg(rootPath);
-    SpawnCmd(u"sudo"_s, {u"chattr"_s, u"-R"_s, u"-i"_s, opt});
-    SpawnCmd(u"sudo"_s, {u"chattr"_s, u"-R"_s, u"-i"_s, var});
-    SpawnCmd(u"sudo"_s, {u"rm"_s, u"-rf"_s, opt});
-    SpawnCmd(u"sudo"_s, {u"rm"_s, u"-rf"_s, var});
+    QStringList paths{u"%1/opt"_s.arg(rootPath), u"%1/var"_s.arg(rootPath)};
+    // With the slash behind it, rm would empty what a link leads to.
+    paths.removeIf([](const QString& path) { return QFileInfo(path).isSymLink(); });
+    for (const QString& path : paths) {
+        SpawnCmd(u"sudo"_s, {u"chattr"_s, u"-R"_s, u"-i"_s, path + u'/'});
+    }
+    for (const QString& path : paths) {
+        SpawnCmd(u"sudo"_s, {u"rm"_s, u"-rf"_s, path + u'/'});
+    }
 }

@@ -44,12 +44,13 @@ void Task::getSystemUUID()
     m_rootUUID = findRootUUID();
     qDebug() << "Root UUID:" << m_rootUUID;
     const QString root = mountDeviceFromUUID(m_rootUUID);
-    if (!m_rootUUID.isEmpty()) {
+    // Without a mount point these would be the files of this environment.
+    if (!root.isEmpty()) {
         m_fstabEntries = FSTab::getFSTabFromFile(root + (root.endsWith(u'/') ? "etc/fstab"_L1 : "/etc/fstab"_L1));
+        m_edition = readIni(u"%1/usr/lib/kestro/desktop-version"_s.arg(root)).value(u"Release/Type"_s, m_edition);
     }
     readRecoveryUUID(root);
     m_fstabByUuid = fstabByUuid(m_fstabEntries);
-    m_edition = readIni(u"%1/usr/lib/kestro/desktop-version"_s.arg(root)).value(u"Release/Type"_s, m_edition);
     const QString efiPath = u"/sys/firmware/efi"_s;
     m_isUEFI = QFileInfo::exists(efiPath);
     qInfo() << "efiPath = " << efiPath << ", m_isUEFI = " << (m_isUEFI ? "true" : "false");
@@ -97,8 +98,9 @@ void Task::readRecoveryUUID(const QString& rootMountPoint)
 void Task::readDataUUID()
 {
     const QString recovery = mountDeviceFromUUID(m_recoveryUUID);
-    const QByteArray info = contentOf(u"%1/backup/_nox_data.info"_s.arg(recovery)).value_or(QByteArray());
-    m_dataUUID = QString::fromUtf8(info).simplified();
+    // An unmounted recovery partition must not make the "/backup" of this environment its own.
+    const auto info = recovery.isEmpty() ? std::nullopt : contentOf(u"%1/backup/_nox_data.info"_s.arg(recovery));
+    m_dataUUID = QString::fromUtf8(info.value_or(QByteArray())).simplified();
     qDebug() << "data UUID:" << m_dataUUID;
     unmountDeviceFromUUID(m_recoveryUUID);
 }
@@ -108,7 +110,7 @@ void Task::getRecoveryJson()
     QJsonObject recoveryJson;
     QList<SavedBackup> savedBackups;
     bool isHaveInitBackup = false;
-    // An unmounted recovery partition must not make the "/backup" of this environment its own.
+    // As in readDataUUID().
     if (const QString recovery = mountDeviceFromUUID(m_recoveryUUID); !recovery.isEmpty()) {
         isHaveInitBackup = Utils::hasImages(u"%1/backup"_s.arg(recovery));
         recoveryJson = takeRecoveryJson(u"%1/backup/recovery.json"_s.arg(recovery));
@@ -130,6 +132,11 @@ QJsonObject Task::takeRecoveryJson(const QString& path)
     // Deleted whether it parses or not: a pending task runs once, and a broken one must not come back at every start.
     qDebug() << "delete file: " << path;
     SpawnCmd(u"sudo"_s, {u"rm"_s, u"-f"_s, path});
+    if (QFileInfo::exists(path)) {
+        // It would come back at every start.
+        qCritical() << "pending task cannot be deleted, it is not carried out:" << path;
+        return {};
+    }
     return QJsonDocument::fromJson(*json).object();
 }
 

@@ -6,6 +6,7 @@
 #include "utils/core/command.h"
 
 #include <QDebug>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +31,16 @@ QString firstMemberOf(const QString& archive)
 }
 
 } // namespace
+
+bool wouldRelabel(const BackupPlan& plan)
+{
+    const QString record = QFileInfo::exists(plan.job.to) ? recordIn(plan.job.to).trimmed() : QString();
+    const bool isOther = !record.isEmpty() && record != plan.description.trimmed();
+    if (isOther) {
+        qWarning() << "image of something else:" << plan.job.to << record << "instead of" << plan.description;
+    }
+    return isOther;
+}
 
 bool isDescribedAsPlanned(const BackupPlan& plan)
 {

@@ -43,6 +43,12 @@ QString directoryOfPath(const QString& path)
     return QString(path).remove(nameOfPath(path));
 }
 
+bool isNameOnlyAtEnd(const QString& path)
+{
+    const QString name = nameOfPath(path);
+    return !name.isEmpty() && directoryOfPath(path) == path.chopped(name.size());
+}
+
 QStringList tarArguments(const QString& operation, const QString& archive)
 {
     // GNU tar itself keeps members with absolute names or ".." inside the directory; never add "-P" here.

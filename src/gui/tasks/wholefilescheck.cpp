@@ -40,9 +40,10 @@ void WholeFilesCheck::addImage(const QString& path)
     m_files.append({path, {u"kestro-clone"_s, u"--verify"_s, path}, false});
 }
 
-void WholeFilesCheck::addArchive(const QString& path)
+void WholeFilesCheck::addArchive(const QString& path, const QString& member)
 {
-    m_files.append({path, {u"tar"_s, u"-tf"_s, path}, true});
+    const QStringList members = member.isEmpty() ? QStringList() : QStringList(member);
+    m_files.append({path, QStringList{u"tar"_s, u"-tf"_s, path} + members, true});
 }
 
 bool WholeFilesCheck::isNeeded() const

@@ -20,8 +20,9 @@ public:
 
     /// Every stored hash of the image is to be checked.
     void addImage(const QString& path);
-    /// Every member of the archive is to be listed, and its end mark to be there.
-    void addArchive(const QString& path);
+    /// The archive is to be read to its end, and its end mark to be there; so is @p member, unless that is empty. A
+    /// backup that was cut short leaves whole archives that hold their description and nothing else.
+    void addArchive(const QString& path, const QString& member);
 
     /// Whether start() would read anything. One image alone is not read here: the image tool reads it whole before it
     /// writes anything.

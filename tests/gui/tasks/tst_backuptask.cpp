@@ -42,6 +42,10 @@ private Q_SLOTS:
     void badImage();
     void missingDescription_data();
     void missingDescription();
+    void otherImageInThePlace_data();
+    void otherImageInThePlace();
+    void mountPointThatHoldsAName();
+    void directoryGoneAtTheEnd();
     void backupAndRestore();
 };
 
@@ -183,6 +187,64 @@ void BackupTaskTest::missingDescription()
     machine.programs.reply(command, {.exitCode = 1});
     TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)}, systemBackup);
     QCOMPARE(run.outcome(), u"Backup error, please try again"_s);
+}
+
+void BackupTaskTest::otherImageInThePlace_data()
+{
+    QTest::addColumn<QByteArray>("record");
+    QTest::addColumn<QJsonArray>("tasks");
+    QTest::addColumn<QString>("outcome");
+    const QString refused =
+        u"This directory cannot be used to store backup files, please select a different directory."_s;
+    const QJsonArray imageFirst{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)};
+    const QJsonArray imageLast{directoriesOf(u"DATA"_s), imageOf(u"ROOT"_s)};
+    QTest::newRow("of the same partition") << "UUID=ROOT\nVersion=1.1\n"_ba << imageFirst << u"finished"_s;
+    QTest::newRow("of another partition") << "UUID=DATA\nVersion=1.1\n"_ba << imageFirst << refused;
+    QTest::newRow("of another partition, last") << "UUID=DATA\nVersion=1.1\n"_ba << imageLast << refused;
+    QTest::newRow("of a disk") << "DiskDrive=DISK_A\nVersion=1.1\n"_ba << imageFirst << refused;
+}
+
+void BackupTaskTest::otherImageInThePlace()
+{
+    // Its record would be replaced at once, and it would stay under that record if the new image did not come.
+    QFETCH(const QByteArray, record);
+    QFETCH(const QJsonArray, tasks);
+    QFETCH(const QString, outcome);
+    FakeMachine machine;
+    machine.allowFileCommands();
+    machine.allowImages();
+    Sandbox::writeFile(u"/media/TARGET/b/system.kim"_s, "image");
+    Sandbox::writeFile(u"/media/TARGET/b/system.kim.info"_s, record);
+    QVERIFY(QDir().mkpath(u"/media/DATA/opt"_s) && QDir().mkpath(u"/media/DATA/var"_s));
+    TaskRun<BackupTask> run(tasks, systemBackup);
+    QCOMPARE(run.outcome(), outcome);
+    const bool isRefused = outcome != "finished"_L1;
+    QCOMPARE(machine.callsOf({u"write-file"_s, u"tar"_s}).isEmpty(), isRefused);
+    QCOMPARE(machine.jobs().isEmpty(), isRefused);
+}
+
+void BackupTaskTest::mountPointThatHoldsAName()
+{
+    FakeMachine machine;
+    FakeUDisks::Device device = FakeMachine::device(u"sda5"_s);
+    device.mountDirectory = u"/media/var"_s;
+    machine.udisks.addDevice(device);
+    TaskRun<BackupTask> run(QJsonArray{directoriesOf(u"DATA"_s)}, systemBackup);
+    QCOMPARE(run.outcome(), u"Backup error, please try again"_s);
+    QCOMPARE(machine.programs.callLines(), QStringList());
+}
+
+void BackupTaskTest::directoryGoneAtTheEnd()
+{
+    // Deliberate: it counts as done.
+    FakeMachine machine;
+    machine.allowFileCommands();
+    machine.allowImages();
+    machine.programs.reply(
+        {u"kestro-clone"_s, u"--tui"_s, u"/dev/sda3"_s}, {.snippet = "rm -r /media/TARGET/b"});
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, systemBackup);
+    QCOMPARE(run.outcome(), u"finished"_s);
+    QCOMPARE(machine.callsOf({u"kestro-clone"_s}).filter(u"--kim-info"_s), QStringList());
 }
 
 void BackupTaskTest::backupAndRestore()

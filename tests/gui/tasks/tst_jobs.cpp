@@ -50,13 +50,14 @@ void JobsTest::pathParts_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("directory");
-    QTest::newRow("plain") << u"/tmp/arx/root/opt"_s << u"opt"_s << u"/tmp/arx/root/"_s;
-    QTest::newRow("name occurs earlier") << u"/opt/x/opt"_s << u"opt"_s << u"//x/"_s;
-    QTest::newRow("name within a part") << u"/media/optical/opt"_s << u"opt"_s << u"/media/ical/"_s;
-    QTest::newRow("other case stays") << u"/Opt/opt"_s << u"opt"_s << u"/Opt/"_s;
-    QTest::newRow("ends in a slash") << u"/media/x/"_s << QString() << u"/media/x/"_s;
-    QTest::newRow("two inner blanks") << u"/media/a  b"_s << u"a b"_s << u"/media/a  b"_s;
-    QTest::newRow("doubled slash") << u"/media/x//opt.tar"_s << u"opt.tar"_s << u"/media/x//"_s;
+    QTest::addColumn<bool>("isOnlyAtEnd");
+    QTest::newRow("plain") << u"/tmp/arx/root/opt"_s << u"opt"_s << u"/tmp/arx/root/"_s << true;
+    QTest::newRow("name occurs earlier") << u"/opt/x/opt"_s << u"opt"_s << u"//x/"_s << false;
+    QTest::newRow("name within a part") << u"/media/optical/opt"_s << u"opt"_s << u"/media/ical/"_s << false;
+    QTest::newRow("other case stays") << u"/Opt/opt"_s << u"opt"_s << u"/Opt/"_s << true;
+    QTest::newRow("ends in a slash") << u"/media/x/"_s << QString() << u"/media/x/"_s << false;
+    QTest::newRow("two inner blanks") << u"/media/a  b"_s << u"a b"_s << u"/media/a  b"_s << false;
+    QTest::newRow("doubled slash") << u"/media/x//opt.tar"_s << u"opt.tar"_s << u"/media/x//"_s << true;
 }
 
 void JobsTest::pathParts()
@@ -64,6 +65,7 @@ void JobsTest::pathParts()
     QFETCH(const QString, path);
     QTEST(nameOfPath(path), "name");
     QTEST(directoryOfPath(path), "directory");
+    QTEST(isNameOnlyAtEnd(path), "isOnlyAtEnd");
 }
 
 void JobsTest::percentsAtStart_data()

@@ -8,7 +8,10 @@
 #include <QFile>
 #include <QTest>
 
+#include <array>
 #include <filesystem>
+
+#include <sys/mount.h>
 
 using namespace Qt::StringLiterals;
 
@@ -89,8 +92,11 @@ private Q_SLOTS:
     void fullReset();
     void homeThatIsAFile();
     void dataOnTheRootPartition();
+    void dataPartitionNotThere_data();
+    void dataPartitionNotThere();
     void unknownRootPartition();
-    void namesThatAreNoUtf8();
+    void namesThatNoCommandTakes();
+    void sameNumberAsWhatStays();
     void homeThatIsALink();
     void imageWithoutOptAndVar();
     void stubbornEntries();
@@ -168,6 +174,7 @@ void SystemRestoreTaskTest::keepFiles()
     QCOMPARE(reset.machine.callsOf({u"rm"_s}).constFirst(), u"rm -f /media/DATA/home/alice/Desktop/game.desktop"_s);
     QVERIFY(QFileInfo(u"/media/DATA/home/alice/dangling"_s).isSymLink());
     QVERIFY(reset.machine.log.find(u"Deleted desktop file"_s).line > 0);
+    QVERIFY(reset.machine.log.find(u"\"/media/DATA/home/bob/Desktop/\" don't exists!"_s).line > 0);
 }
 
 void SystemRestoreTaskTest::desktopLinksLeadNowhere()
@@ -201,19 +208,49 @@ void SystemRestoreTaskTest::homeThatIsAFile()
     QVERIFY(!QFile::exists(u"/media/DATA/home"_s));
 }
 
-void SystemRestoreTaskTest::namesThatAreNoUtf8()
+void SystemRestoreTaskTest::namesThatNoCommandTakes()
 {
-    // Such an entry cannot even be named in a QString, but it is a person's file all the same.
+    // One cannot even be named in a QString, and sudo's rule refuses the others; but they are a person's files all the same.
     Reset reset;
-    reset.machine.programs.passThrough({u"find"_s});
-    const std::filesystem::path name = "latin1-\xe9";
-    const std::filesystem::path inHome = std::filesystem::path("/media/DATA/home") / name;
-    const std::filesystem::path atTheTop = std::filesystem::path("/media/DATA") / name;
-    QVERIFY(std::filesystem::create_directories(inHome / "below") && std::filesystem::create_directories(atTheTop));
+    reset.machine.programs.reply({u"find"_s}, {.snippet = R"(find "$@")"}); // with the real rm
+    const std::array<std::filesystem::path, 3> names{"latin1-\xe9", "photos -2020", " lead"};
+    const std::array<std::filesystem::path, 2> directories{"/media/DATA/home", "/media/DATA"};
+    for (const auto& directory : directories) {
+        for (const auto& name : names) {
+            QVERIFY(std::filesystem::create_directories(directory / name / "below"));
+            const QString path = QFile::decodeName((directory / name).c_str());
+            reset.machine.programs.reply({u"rm"_s, u"-rf"_s, path}, {.exitCode = 1});
+            reset.machine.programs.reply({u"chattr"_s, u"-i"_s, u"-R"_s, path}, {.exitCode = 1});
+        }
+    }
     QCOMPARE(reset.outcome(true), u"finished"_s);
-    QVERIFY(!std::filesystem::exists(inHome));
-    QVERIFY(!std::filesystem::exists(atTheTop));
+    for (const auto& directory : directories) {
+        for (const auto& name : names) {
+            QVERIFY(!std::filesystem::exists(directory / name));
+        }
+    }
     QCOMPARE(reset.left(), (QStringList{u"/root/kept"_s, u"/lost+found/kept"_s}));
+}
+
+void SystemRestoreTaskTest::sameNumberAsWhatStays()
+{
+    // The roots of two mounts, like those of two subvolumes, have the same inode number.
+    Reset reset;
+    reset.machine.programs.reply({u"find"_s}, {.snippet = R"(find "$@")"});
+    const QString stubborn = u"/media/DATA/ lead"_s;
+    QVERIFY(QDir().mkpath(stubborn));
+    for (const char* path : {"/media/DATA/root", "/media/DATA/ lead"}) {
+        QCOMPARE(::mount("none", path, "tmpfs", 0, nullptr), 0);
+    }
+    Sandbox::writeFile(u"/media/DATA/root/kept"_s, "of the administrator");
+    reset.machine.programs.reply({u"rm"_s, u"-rf"_s, stubborn}, {.exitCode = 1});
+    const QString outcome = reset.outcome(true);
+    const bool isKept = QFile::exists(u"/media/DATA/root/kept"_s);
+    for (const char* path : {"/media/DATA/root", "/media/DATA/ lead"}) {
+        ::umount2(path, MNT_DETACH);
+    }
+    QCOMPARE(outcome, u"finished"_s);
+    QVERIFY(isKept);
 }
 
 void SystemRestoreTaskTest::homeThatIsALink()
@@ -248,6 +285,27 @@ void SystemRestoreTaskTest::dataOnTheRootPartition()
     QVERIFY(QFile::exists(u"/media/ROOT/opt/new"_s));
     QCOMPARE(reset.machine.callsOf({u"cp"_s, u"chattr"_s}), QStringList());
     QCOMPARE(reset.left(), Reset::files());
+}
+
+void SystemRestoreTaskTest::dataPartitionNotThere_data()
+{
+    QTest::addColumn<QByteArray>("uuid");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("unknown") << ""_ba << u"can not found data parttition!"_s;
+    QTest::newRow("cannot be mounted") << "GONE"_ba << u"can not found data mount point!"_s;
+}
+
+void SystemRestoreTaskTest::dataPartitionNotThere()
+{
+    QFETCH(const QByteArray, uuid);
+    QFETCH(const QString, message);
+    Reset reset;
+    Sandbox::writeFile(u"/media/RECOVERY/backup/_nox_data.info"_s, uuid);
+    QCOMPARE(reset.outcome(true), u"finished"_s);
+    QCOMPARE(reset.left(), Reset::files());
+    // Deliberate: misspelled.
+    QVERIFY(reset.machine.log.find(message).line > 0);
+    QVERIFY(reset.machine.log.find(u"system or data uuid is empty!"_s).line > 0);
 }
 
 void SystemRestoreTaskTest::unknownRootPartition()
@@ -290,6 +348,7 @@ void SystemRestoreTaskTest::orderOfCompletion()
     expected += QStringList(clear).replaceInStrings(u"%1"_s, u"/media/ROOT"_s);
     expected += u"resetEFI /dev/sda2 legacy /dev/sda"_s;
     QCOMPARE(reset.machine.callsOf({u"chattr"_s, u"rm"_s, u"cp"_s, u"resetEFI"_s}), expected);
+    QVERIFY(reset.machine.log.find(u"Remove desktop file: don't found home dir!"_s).line > 0);
     // Deliberate: without a home directory the data partition stays mounted.
     QVERIFY(!reset.machine.udisks.callLines().contains(u"Unmount sda5"_s));
 }

@@ -54,6 +54,8 @@ private Q_SLOTS:
     void disksAndDrives();
     void pendingTask_data();
     void pendingTask();
+    void pendingTaskThatStays();
+    void unmountableRootPartition();
     void unmountableRecoveryPartition();
     void recordedBackups();
     void savedLog();
@@ -191,6 +193,29 @@ void TaskIdentityTest::pendingTask()
     QCOMPARE(ApplicationProperties::recoveryJson(), QJsonObject());
 }
 
+void TaskIdentityTest::pendingTaskThatStays()
+{
+    // On a partition that came up read-only it would run again at every start.
+    FakeMachine machine;
+    machine.programs.reply({u"rm"_s}, {.exitCode = 1});
+    Sandbox::writeFile(u"/media/RECOVERY/backup/recovery.json"_s, R"({"type":"SystemRestore"})");
+    OpenTask task;
+    task.getRecoveryJson();
+    QCOMPARE(ApplicationProperties::recoveryJson(), QJsonObject());
+    QVERIFY(machine.log.messages(QtCriticalMsg).join(u' ').contains("cannot be deleted"_L1));
+}
+
+void TaskIdentityTest::unmountableRootPartition()
+{
+    FakeMachine machine;
+    machine.refuseMount(u"sda3"_s);
+    Sandbox::writeFile(u"/usr/lib/kestro/desktop-version"_s, "[Release]\nType=Device\n");
+    const OpenTask task;
+    QFile::remove(u"/usr/lib/kestro/desktop-version"_s);
+    QVERIFY(task.identity().startsWith(u"ROOT   Professional"_s));
+    QVERIFY(task.fstabEntries().isEmpty());
+}
+
 void TaskIdentityTest::unmountableRecoveryPartition()
 {
     FakeMachine machine;
@@ -198,11 +223,13 @@ void TaskIdentityTest::unmountableRecoveryPartition()
     // With an empty mount point these would be taken for the recovery partition's own.
     Sandbox::writeFile(u"/backup/recovery.json"_s, R"({"type":"SystemRestore"})");
     Sandbox::writeFile(u"/backup/x.kim"_s, "image");
+    Sandbox::writeFile(u"/backup/_nox_data.info"_s, "ROOT");
     ApplicationProperties::setHaveInitBackup(true);
     ApplicationProperties::setLogFile(u"/home/kestro/kestro-recovery-gui.log"_s);
     OpenTask task;
     task.getRecoveryJson();
     task.saveLogToRecovery();
+    QVERIFY(task.identity().startsWith(u"ROOT RECOVERY  Professional"_s));
     QCOMPARE(ApplicationProperties::recoveryJson(), QJsonObject());
     QVERIFY(!ApplicationProperties::isHaveInitBackup());
     QVERIFY(QFile::exists(u"/backup/recovery.json"_s));
@@ -356,6 +383,12 @@ void TaskIdentityTest::optAndVarOfNothing()
     QCOMPARE(machine.callsOf({u"chattr"_s, u"rm"_s}),
         (QStringList{u"chattr -R -i /media/DATA/opt/"_s, u"chattr -R -i /media/DATA/var/"_s,
             u"rm -rf /media/DATA/opt/"_s, u"rm -rf /media/DATA/var/"_s}));
+    // A link is not followed: what it leads to is no part of these.
+    machine.programs.forgetCalls();
+    QVERIFY(QFile::link(u"home/opt"_s, u"/media/DATA/opt"_s));
+    task.deleteOptAndVar(u"/media/DATA"_s);
+    QCOMPARE(machine.callsOf({u"chattr"_s, u"rm"_s}),
+        (QStringList{u"chattr -R -i /media/DATA/var/"_s, u"rm -rf /media/DATA/var/"_s}));
 }
 
 int main(int argc, char** argv)

@@ -38,6 +38,7 @@ private Q_SLOTS:
     void elements();
     void acceptedDisks_data();
     void acceptedDisks();
+    void systemImages();
     void lastDiskOfRoot();
     void misdirected_data();
     void misdirected();
@@ -117,6 +118,14 @@ void TaskPlansTest::acceptedDisks()
     QTEST(RestoreRules::isAccepted(rootDevice, disk), "expected");
 }
 
+void TaskPlansTest::systemImages()
+{
+    // Deliberate: the words count anywhere in the path, and their case does.
+    QVERIFY(RestoreRules::isSystemImage(u"/media/x/system.kim.d/data.kim"_s));
+    QVERIFY(RestoreRules::isSystemImage(u"/b/old-system.kim"_s));
+    QVERIFY(!RestoreRules::isSystemImage(u"/b/System.kim"_s));
+}
+
 void TaskPlansTest::lastDiskOfRoot()
 {
     const QStringList disks{u"/dev/sdb"_s, u"/dev/sda"_s, QString(), u"/dev/sd"_s, u"/dev/sdc"_s};
@@ -131,6 +140,7 @@ void TaskPlansTest::misdirected_data()
     QTest::newRow("root itself") << QStringList{u"r"_s, u"/dev/sdb2"_s, u"r"_s, u"/dev/sda"_s} << false;
     QTest::newRow("same disk") << QStringList{u"x"_s, u"/dev/sda3"_s, u"r"_s, u"/dev/sda"_s} << false;
     QTest::newRow("other disk") << QStringList{u"x"_s, u"/dev/sdb3"_s, u"r"_s, u"/dev/sda"_s} << true;
+    QTest::newRow("longer name") << QStringList{u"x"_s, u"/dev/sdaa3"_s, u"r"_s, u"/dev/sda"_s} << false;
     QTest::newRow("root disk unknown") << QStringList{u"x"_s, u"/dev/sdb3"_s, u"r"_s, QString()} << false;
 }
 
