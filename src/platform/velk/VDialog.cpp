@@ -7,6 +7,7 @@
 
 #include <QAccessible>
 #include <QBoxLayout>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
 
@@ -98,11 +99,12 @@ void VDialog::setIcon(const QIcon& icon)
 int VDialog::addButton(const QString& text, bool isDefault, ButtonType type)
 {
     auto* button = new QPushButton(text, this);
-    button->setAutoDefault(false);
+    button->setAutoDefault(true); // Enter presses the button that has the focus, and the default one only without any
     button->setDefault(isDefault || type == ButtonRecommend);
     button->setProperty("warning", type == ButtonWarning);
     const int index = static_cast<int>(m_buttons.size());
     connect(button, &QPushButton::clicked, this, [this, index] { done(index); });
+    button->installEventFilter(this);
     m_buttons.append(button);
     m_buttonRow->addWidget(button, 1);
     if (isDefault) {
@@ -128,6 +130,19 @@ int VDialog::exec()
 {
     moveToCenter();
     return ModalDialog::exec();
+}
+
+// The key that opened the dialog may still be held: what it repeats is no answer.
+bool VDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const auto* press = static_cast<QKeyEvent*>(event);
+        const bool isEnter = press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter;
+        if (isEnter && press->isAutoRepeat()) {
+            return true;
+        }
+    }
+    return ModalDialog::eventFilter(watched, event);
 }
 
 // Closing is no choice: not the first button's, whose index QDialog's own result for it would be.

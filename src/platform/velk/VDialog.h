@@ -52,6 +52,7 @@ public:
     int exec() override;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void reject() override;
 

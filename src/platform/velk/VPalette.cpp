@@ -12,7 +12,7 @@ using Look = std::array<QRgb, VPalette::ColorTypeCount>;
 // In the order of VPalette::ColorType.
 constexpr Look lightLook = {0, 0xffffffff, 0xff12161d, 0xff525b69, 0xffb3261e, 0xff1558c0, 0xff1a7037, 0xffc22f26,
     0xffdfe3e9, 0xff757e8c, 0xff2a74e5, 0xffe9eff9};
-constexpr Look darkLook = {0, 0xff2b3039, 0xfff4f6f9, 0xffa9b2c0, 0xffff9a90, 0xff8fb8ff, 0xff7fd69a, 0xffc5372e,
+constexpr Look darkLook = {0, 0xff2b3039, 0xfff4f6f9, 0xffa9b2c0, 0xffff827a, 0xff8fb8ff, 0xff7fd69a, 0xffc5372e,
     0xff3a404b, 0xff8c96a5, 0xff6ba3ff, 0xff363d49};
 
 struct RoleColor

@@ -112,7 +112,7 @@ void DirectoryChooser::build()
     resize(600, 420);
 
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    connect(m_choose, &QPushButton::clicked, this, &QDialog::accept);
+    connect(m_choose, &QPushButton::clicked, this, &DirectoryChooser::choose);
     connect(m_up, &QPushButton::clicked, this, &DirectoryChooser::openParent);
     connect(m_path, &QLineEdit::returnPressed, this, &DirectoryChooser::openTyped);
     connect(m_places, &QListWidget::currentRowChanged, this, &DirectoryChooser::openPlace);
@@ -129,6 +129,8 @@ void DirectoryChooser::fillPlaces()
         item->setData(Qt::UserRole, place.path);
         item->setToolTip(place.path);
     }
+    // Else Qt makes the first place the current one when Tab comes here, which would open it.
+    m_places->setCurrentIndex({});
 }
 
 void DirectoryChooser::openDirectory(const QString& path)
@@ -167,6 +169,14 @@ void DirectoryChooser::openParent()
 void DirectoryChooser::openTyped()
 {
     openDirectory(m_path->text());
+}
+
+void DirectoryChooser::choose()
+{
+    if (m_path->isModified()) {
+        openTyped();
+    }
+    accept();
 }
 
 void DirectoryChooser::showDirectory()

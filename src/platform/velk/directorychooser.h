@@ -37,6 +37,7 @@ private:
     void openIndex(const QModelIndex& index);
     void openParent();
     void openTyped();
+    void choose();
     void showDirectory();
 
     QListWidget* m_places = nullptr;

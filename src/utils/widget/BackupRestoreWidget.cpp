@@ -95,7 +95,6 @@ void BackupRestoreWidget::buildTitle()
     title->setAccessibleName(u"arx_BackupAndRestoreTitleLabel"_s);
     title->setAlignment(Qt::AlignCenter);
     title->setForegroundRole(VPalette::TitleText);
-    title->setContentsMargins(0, 0, 0, 16); // keeps the subtitle, which is drawn closer, off the letters
     VFontSizeManager::instance()->bind(title, VFontSizeManager::T3, 600);
     m_title = title;
 }
@@ -123,10 +122,10 @@ void BackupRestoreWidget::buildModules()
     m_modules->setFixedSize(590, 300);
     m_modules->setFrameShape(QFrame::NoFrame);
     m_modules->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_modules->setDragEnabled(false);
     m_modules->setSelectionMode(QAbstractItemView::NoSelection);
     m_modules->setFocusPolicy(Qt::NoFocus); // the tiles take the focus
     m_modules->setViewMode(QListView::IconMode);
+    m_modules->setMovement(QListView::Static); // neither dragging nor dropping, which icon mode has switched on
     m_modules->setSpacing(40);
     m_modules->setResizeMode(QListView::Adjust);
     m_modules->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Minimum);

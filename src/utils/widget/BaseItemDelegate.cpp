@@ -69,15 +69,17 @@ int alignmentOf(const QStyleOptionViewItem& option)
 void paintText(QPainter* painter, const QStyleOptionViewItem& option, const QString& text, const VPalette& colors)
 {
     const bool enabled = option.state.testFlag(QStyle::State_Enabled);
-    const QRect place = option.rect.adjusted(textMargin, 0, -textMargin, 0);
     painter->setPen(colors.color(enabled ? QPalette::Active : QPalette::Disabled, QPalette::Text));
     QFont font = option.font;
     // A colour alone must not tell which row is chosen.
     font.setWeight(option.state.testFlag(QStyle::State_Selected) ? QFont::DemiBold : QFont::Normal);
     painter->setFont(font);
     painter->setLayoutDirection(Qt::LeftToRight); // else the first slash of a path goes to its end
-    const QString shown = QFontMetrics(font).elidedText(text, Qt::ElideMiddle, place.width());
-    painter->drawText(place, alignmentOf(option), shown);
+    const QFontMetrics metrics(font);
+    const QRect inner = option.rect.adjusted(textMargin, 0, -textMargin, 0);
+    // Rather no margin than a shortened text: up to the cell's width there is no tool tip to read it in.
+    const QRect place = metrics.horizontalAdvance(text) <= inner.width() ? inner : option.rect;
+    painter->drawText(place, alignmentOf(option), metrics.elidedText(text, Qt::ElideMiddle, place.width()));
 }
 
 } // namespace

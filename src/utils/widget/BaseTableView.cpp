@@ -72,6 +72,17 @@ QSize BaseTableView::sizeHint() const
     return {QTreeView::sizeHint().width(), header()->sizeHint().height() + (rows * rowHeight)};
 }
 
+void BaseTableView::focusInEvent(QFocusEvent* event)
+{
+    QTreeView::focusInEvent(event);
+    // Qt makes the first row the current one when Tab comes here, without selecting it. What is taken for chosen has to
+    // look like it.
+    if (currentIndex().isValid() && !selectionModel()->isSelected(currentIndex())) {
+        selectionModel()->select(
+            currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    }
+}
+
 void BaseTableView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(viewport());

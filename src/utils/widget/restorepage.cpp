@@ -202,6 +202,7 @@ void RestorePage::onSystemRestoreItemVisibelChanged(bool value)
 {
     m_systemRestoreOffered = value;
     updateRows();
+    updateRestoreButton();
 }
 
 void RestorePage::onRestoreButtonVisibleChanged(bool value)

@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QListView>
+#include <QListWidget>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -22,6 +24,8 @@ private Q_SLOTS:
     void opensTheNearestDirectory();
     void markedDirectoryIsChosen();
     void typedDirectoryIsOpened();
+    void typedDirectoryIsChosen();
+    void tabOpensNoMedium();
 };
 
 void DirectoryChooserTest::mediaComeFirst()
@@ -97,6 +101,38 @@ void DirectoryChooserTest::typedDirectoryIsOpened()
     QTest::keyClick(path, Qt::Key_Return);
     QCOMPARE(chooser.directory(), folder.path());
     QCOMPARE(chooser.result(), 0); // Enter in the line opens, it does not choose yet
+}
+
+void DirectoryChooserTest::typedDirectoryIsChosen()
+{
+    const QTemporaryDir folder;
+    DirectoryChooser chooser;
+    auto* path = chooser.findChild<QLineEdit*>();
+    path->selectAll();
+    QTest::keyClicks(path, folder.path());
+    for (auto* button : chooser.findChildren<QPushButton*>()) {
+        if (button->text() == u"Choose"_s) {
+            button->click();
+        }
+    }
+    QCOMPARE(chooser.result(), int(QDialog::Accepted));
+    QCOMPARE(chooser.directory(), folder.path());
+}
+
+void DirectoryChooserTest::tabOpensNoMedium()
+{
+    const QTemporaryDir folder;
+    const QTemporaryDir medium;
+    DirectoryChooser chooser;
+    auto* places = chooser.findChild<QListWidget*>();
+    auto* item = new QListWidgetItem(u"medium"_s);
+    item->setData(Qt::UserRole, medium.path());
+    places->insertItem(0, item);
+    chooser.openDirectory(folder.path());
+    chooser.show();
+    QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
+    QApplication::sendEvent(places, &focus);
+    QCOMPARE(chooser.directory(), folder.path());
 }
 
 int main(int argc, char** argv)

@@ -17,6 +17,8 @@ private Q_SLOTS:
     void answers_data();
     void answers();
     void enterChoosesTheDefault();
+    void enterChoosesWhatHasTheFocus();
+    void heldEnterIsNoAnswer();
     void keyboardComesAndGoesBack();
     void unknownButton();
 };
@@ -51,6 +53,33 @@ void VDialogTest::enterChoosesTheDefault()
     dialog.addButton(u"Go"_s, true);
     dialog.show();
     QTest::keyClick(&dialog, Qt::Key_Return);
+    QCOMPARE(dialog.result(), 1);
+}
+
+void VDialogTest::enterChoosesWhatHasTheFocus()
+{
+    VDialog dialog;
+    dialog.addButton(u"Cancel"_s);
+    dialog.addButton(u"Go"_s, true, VDialog::ButtonWarning);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), dialog.getButton(0));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QCOMPARE(dialog.result(), 0);
+    QVERIFY(!dialog.isVisible());
+}
+
+void VDialogTest::heldEnterIsNoAnswer()
+{
+    VDialog dialog;
+    dialog.addButton(u"Cancel"_s);
+    dialog.addButton(u"Go"_s, true, VDialog::ButtonWarning);
+    dialog.show();
+    QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, true);
+    QApplication::sendEvent(dialog.getButton(1), &repeated);
+    QVERIFY(dialog.isVisible());
+    QTest::keyClick(dialog.getButton(1), Qt::Key_Return);
     QCOMPARE(dialog.result(), 1);
 }
 

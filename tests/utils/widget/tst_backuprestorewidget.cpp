@@ -8,6 +8,8 @@
 
 #include <QAccessible>
 #include <QDBusConnection>
+#include <QLayout>
+#include <QListView>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
@@ -60,6 +62,8 @@ private Q_SLOTS:
     void withoutService();
     void withoutBus();
     void tilesAreButtons();
+    void subtitleIsDrawnCloser();
+    void nothingIsDragged();
 };
 
 // The service has a thread and a connection of its own: the widget's calls wait for their answers.
@@ -146,6 +150,27 @@ void BackupRestoreWidgetTest::tilesAreButtons()
     QTest::keyClick(&tile, Qt::Key_Space);
     QCOMPARE(clicked.count(), 3);
     QCOMPARE(clicked.last().first().toBool(), true);
+}
+
+void BackupRestoreWidgetTest::subtitleIsDrawnCloser()
+{
+    const BackupRestoreWidget widget;
+    QList<int> spaces;
+    for (int i = 0; i < widget.layout()->count(); ++i) {
+        if (const QSpacerItem* spacer = widget.layout()->itemAt(i)->spacerItem()) {
+            spaces.append(spacer->sizeHint().height());
+        }
+    }
+    // Deliberate: less than nothing. The two zeros stretch.
+    QCOMPARE(spaces, (QList<int>{49, 0, 12, -15, 30, 0}));
+}
+
+void BackupRestoreWidgetTest::nothingIsDragged()
+{
+    const BackupRestoreWidget widget;
+    const auto* modules = widget.findChild<QListView*>();
+    QVERIFY(!modules->dragEnabled());
+    QVERIFY(!modules->acceptDrops());
 }
 
 int main(int argc, char** argv)

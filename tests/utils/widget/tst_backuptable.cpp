@@ -20,6 +20,8 @@ private Q_SLOTS:
     void header();
     void newestFirst();
     void emptyListSaysSo();
+    void currentRowIsSelected();
+    void washIsNearlyInvisible();
     void toolTip_data();
     void toolTip();
     void onlyAMarkedItemPaints();
@@ -68,6 +70,35 @@ void BackupTableTest::emptyListSaysSo()
     Q_EMIT
     model.itemsIsReady();
     QCOMPARE(table.accessibleDescription(), QString());
+}
+
+void BackupTableTest::currentRowIsSelected()
+{
+    // What a page takes for chosen must look chosen, also when the keyboard came here without a click.
+    TreeViewModel model;
+    model.appendRow({new QStandardItem(u"/b"_s), new QStandardItem(u"2026/01/01"_s)});
+    BaseTableView table;
+    table.setModel(&model);
+    table.show();
+    QVERIFY(!table.currentIndex().isValid());
+    QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
+    QApplication::sendEvent(&table, &focus);
+    QCOMPARE(table.currentIndex().row(), 0);
+    QVERIFY(table.selectionModel()->isRowSelected(0));
+}
+
+void BackupTableTest::washIsNearlyInvisible()
+{
+    TreeViewModel model;
+    BaseTableView table;
+    table.setModel(&model);
+    table.resize(200, 150);
+    QImage image(200, 150, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    table.render(&image, {}, {}, QWidget::DrawChildren);
+    // Deliberate: one percent.
+    const int alpha = image.pixelColor(100, 100).alpha();
+    QVERIFY2(alpha > 0 && alpha <= 3, qPrintable(QString::number(alpha)));
 }
 
 void BackupTableTest::toolTip_data()

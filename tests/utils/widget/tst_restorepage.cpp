@@ -262,6 +262,9 @@ void RestorePageTest::ownerShowsAndHides()
     QVERIFY(shown.row(u"Restore from backup files"_s)->isChecked());
     shown.page.onSystemRestoreItemVisibelChanged(true);
     QVERIFY(shown.row(u"Reset to factory settings"_s)->isVisible());
+    shown.page.restrictOffer();
+    shown.page.onSystemRestoreItemVisibelChanged(false);
+    QVERIFY(!shown.restoreButton()->isVisible());
 }
 
 void RestorePageTest::listIsRequestedOnce()
