@@ -4,6 +4,7 @@
 #include "gui/startmarker.h"
 #include "gui/tasks/Task.h"
 #include "gui/widgets/MainWindow.h"
+#include "gui/widgets/screenfitting.h"
 #include "platform/velk/VApplication.h"
 #include "utils/core/applicationproperties.h"
 
@@ -47,8 +48,7 @@ int main(int argc, char** argv)
         window.setRecovery(pendingTask);
     }
     if (const QScreen* screen = VApplication::primaryScreen()) {
-        // Deliberate: where the screen itself lies does not count here.
-        window.centreOn(QRect(QPoint(0, 0), screen->size()));
+        window.centreOn(startUpArea(screen->geometry()));
     }
     QTimer screenDetection;
     QObject::connect(&screenDetection, &QTimer::timeout, &window, &MainWindow::onDetectScreen);

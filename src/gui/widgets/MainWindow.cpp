@@ -293,6 +293,15 @@ void MainWindow::autoAdapterScreen()
     m_primaryScreen = QGuiApplication::primaryScreen();
     if (m_primaryScreen) {
         centreOn(m_primaryScreen->geometry());
+        // What the script has changed is told only after this.
+        connect(m_primaryScreen, &QScreen::geometryChanged, this, &MainWindow::onGeometryChanged, Qt::UniqueConnection);
+    }
+}
+
+void MainWindow::onGeometryChanged(const QRect& geometry)
+{
+    if (sender() == m_primaryScreen) {
+        centreOn(geometry);
     }
 }
 

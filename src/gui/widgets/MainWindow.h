@@ -44,6 +44,9 @@ public Q_SLOTS:
     /// Fits the window to the primary screen when the screens have changed; to be called every few seconds.
     void onDetectScreen();
 
+private Q_SLOTS:
+    void onGeometryChanged(const QRect& geometry);
+
 protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

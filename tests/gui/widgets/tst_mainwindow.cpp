@@ -112,7 +112,8 @@ private Q_SLOTS:
     void altF4EndsTheProgram();
     void otherClosesAreRefused();
     void progressNeverFalls();
-    void endPageWithWarning();
+    void endPages_data();
+    void endPages();
     void screenDetection();
 };
 
@@ -307,12 +308,30 @@ void MainWindowTest::progressNeverFalls()
     QCOMPARE(textsOf(&page).size(), 2);
 }
 
-void MainWindowTest::endPageWithWarning()
+void MainWindowTest::endPages_data()
 {
+    QTest::addColumn<int>("state");
+    QTest::addColumn<QString>("icon");
+    QTest::addColumn<QString>("end");
+    QTest::newRow("success") << 0 << u":/success.svg"_s << u"sudo reboot -f"_s;
+    QTest::newRow("warning") << 1 << u":/warning.svg"_s << u"sudo reboot -f"_s;
+    QTest::newRow("failure") << 2 << u":/failed.svg"_s << u"sudo poweroff"_s;
+    QTest::newRow("unknown") << 7 << u":/warning.svg"_s << u"sudo reboot -f"_s;
+}
+
+void MainWindowTest::endPages()
+{
+    QFETCH(int, state);
+    QFETCH(QString, icon);
     Scenario scenario;
-    EndPage page(1);
+    EndPage page(state);
+    bool isShown = false;
+    for (const QLabel* label : page.findChildren<QLabel*>()) {
+        isShown = isShown || label->pixmap().toImage() == QIcon(icon).pixmap(QSize(128, 128), 1.0).toImage();
+    }
+    QVERIFY(isShown);
     page.findChild<QPushButton*>()->click();
-    QCOMPARE(scenario.ends(), QStringList{u"sudo reboot -f"_s});
+    QTEST(scenario.ends().join(u' '), "end");
 }
 
 void MainWindowTest::screenDetection()
@@ -326,6 +345,10 @@ void MainWindowTest::screenDetection()
     QCOMPARE(scenario.window.pos(), QPoint(room.width() / 2, room.height() / 2));
     scenario.window.onDetectScreen();
     QCOMPARE(Sandbox::readFile(u"/tmp/adapted"_s), QByteArray("0\n"));
+    // The only screen gets another mode a moment after the script has asked for it.
+    Q_EMIT
+    QGuiApplication::primaryScreen()->geometryChanged(QRect(0, 0, 1024, 768));
+    QCOMPARE(scenario.window.pos(), QPoint(112, 84));
 }
 
 int main(int argc, char** argv)
