@@ -17,7 +17,8 @@ struct BlkIdKey
     QString BlkIdInfo::*field;
 };
 
-/// The leading blanks keep " UUID=" from matching inside "PARTUUID=", " TYPE=" inside "PTTYPE=", and so on.
+/// The leading blanks keep " UUID=" from matching inside "PARTUUID=", " TYPE=" inside "PTTYPE=", and so on. That
+/// "PARTLABEL=" has none is deliberate.
 constexpr BlkIdKey blkIdKeys[] = {
     {" PARTUUID="_L1, &BlkIdInfo::partUuid},
     {"PARTLABEL="_L1, &BlkIdInfo::partLabel},

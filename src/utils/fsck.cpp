@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Exit codes of fsck(8) that matter here; the code is their sum with others.
+/// Exit codes of fsck(8) that matter here; the code is their sum with others, deliberately compared as a whole.
 constexpr int noErrors = 0;
 constexpr int errorsCorrected = 1;
 constexpr int errorsLeft = 4;

@@ -24,11 +24,14 @@ FSTabInfoPtr entryMountedAt(const FSTabInfoList& list, const QString& mountPoint
     return found == list.cend() ? nullptr : *found;
 }
 
-/// The entry whose file system holds the directory: mounted there or at the nearest directory above; null when none is.
-FSTabInfoPtr entryThatHolds(const FSTabInfoList& list, QString directory)
+/// The entry whose file system holds what the bind mount shows: mounted there or at the nearest directory above; null when
+/// none is. It is never the bind mount itself, which may show a directory in its own place ("/home /home none bind").
+FSTabInfoPtr entryThatHolds(const FSTabInfoList& list, const FSTabInfoPtr& bind)
 {
+    QString directory = bind->device;
     while (!directory.isEmpty()) {
-        if (const FSTabInfoPtr entry = entryMountedAt(list, directory)) {
+        const FSTabInfoPtr entry = entryMountedAt(list, directory);
+        if (entry && entry != bind) {
             return entry;
         }
         directory.truncate(std::max<qsizetype>(directory.lastIndexOf(u'/'), 0));
@@ -43,7 +46,7 @@ FSTabInfoPtr followBinds(const FSTabInfoList& list, FSTabInfoPtr entry)
         if (!isBind(*entry) || !entry->device.startsWith(u'/') || hops > list.size()) {
             return nullptr;
         }
-        entry = entryThatHolds(list, entry->device);
+        entry = entryThatHolds(list, entry);
     }
     return entry;
 }

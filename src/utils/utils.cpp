@@ -44,6 +44,7 @@ bool isProcessId(const QString& text)
     return !text.isEmpty() && std::ranges::all_of(text, [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
+/// Deliberate: read once and kept for the whole process.
 const FSTabInfoList& runningSystemFstab()
 {
     static const FSTabInfoList fstab = FSTab::getFSTabFromFile(u"/etc/fstab"_s);

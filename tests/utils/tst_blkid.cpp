@@ -65,6 +65,9 @@ void BlkIdTest::recordings()
 
 void BlkIdTest::cutLines()
 {
+    // Deliberate: no blank is asked for before this key.
+    const QString labelLikeKey = uR"(/dev/sdb1: LABEL="aPARTLABEL=" PARTLABEL="x")"_s;
+    QCOMPARE(textOf(Utils::parseBlkIdLine(labelLikeKey)), u"/dev/sdb1|| PARTLABEL=|aPARTLABEL=|||||"_s);
     const QString cutValue = uR"(/dev/sdb1: UUID="u" TYPE="ex)"_s;
     QCOMPARE(textOf(Utils::parseBlkIdLine(cutValue)), u"/dev/sdb1||||u|ex|||"_s);
     QCOMPARE(textOf(Utils::parseBlkIdLine(u"/dev/sdb1: TYPE="_s)), u"/dev/sdb1||||||||"_s);

@@ -29,6 +29,8 @@ void FsckTest::endings_data()
     QTest::newRow("corrected") << 1 << 0 << false << true;
     QTest::newRow("reboot") << 2 << 0 << false << false;
     QTest::newRow("left") << 4 << 0 << true << false;
+    QTest::newRow("operational") << 8 << 0 << false << false;
+    // Deliberate: the sum is compared as a whole.
     QTest::newRow("left and operational") << 12 << 0 << false << false;
     QTest::newRow("killed") << 0 << 9 << false << false;
 }

@@ -26,6 +26,7 @@ void FstabUuidsTest::collected_data()
     row("mounts", "#UUID=x /x ext4 defaults 0 0\n\n/dev/sda9 /y ext4 defaults 0 0\nLABEL=l /z ext4 a 0 0\n", u"r d"_s);
     row("bind deep below", "/data/a/b/c /home none defaults,rbind 0 0\n", u"r d d"_s);
     row("bind of the mount point itself", "/data /srv none bind 0 0\n", u"r d d"_s);
+    row("bind of a directory to itself", "/home /home none bind 0 0\n", u"r d r"_s);
     row("bind from the root file system", "/var/opt /opt none bind 0 0\n", u"r d r"_s);
     row("not below a path that only begins so", "/database/x /opt none bind 0 0\n", u"r d r"_s);
     row("through another bind", "/data/home /home none bind 0 0\n/home/u /srv none bind 0 0\n", u"r d d d"_s);

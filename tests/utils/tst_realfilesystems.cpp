@@ -3,6 +3,7 @@
 #include "support/FakePrograms.h"
 #include "support/LoopDisk.h"
 #include "support/RealStorage.h"
+#include "utils/Device.h"
 #include "utils/core/partitionusage.h"
 #include "utils/fsck.h"
 
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void usage_data();
     void usage();
     void fsckFindsAndRepairsDamage();
+    void mountPointOfUuid();
 };
 
 namespace {
@@ -174,6 +176,22 @@ void RealFileSystemsTest::fsckFindsAndRepairsDamage()
     QVERIFY(!runScript(u"dd if=/dev/zero of=$1 bs=1M count=64 conv=notrunc status=none"_s, device).isNull());
     QVERIFY(!Utils::fixPartitionByFsck(device, output, error));
     QVERIFY(!error.isEmpty());
+}
+
+void RealFileSystemsTest::mountPointOfUuid()
+{
+    const QList<LoopPartition> partitions{{.sizeMiB = 16, .fileSystem = u"ext4"_s}};
+    const LoopDisk disk(partitions);
+    const QString device = disk.partition(1);
+    FakePrograms programs;
+    programs.reply({u"lsblk"_s}, "UUID PATH\nab-cd-2 " + device.toUtf8() + "\nab-cd /dev/none\n");
+    QVERIFY(!runScript(u"mkdir -p /tmp/mnt; mount $1 /tmp/mnt"_s, device).isNull());
+    QString mountPoint;
+    // Deliberate: the first line that has the UUID anywhere.
+    const bool isFound = Device::getMountPointByUUID(u"ab-cd"_s, mountPoint);
+    QVERIFY(!runScript(u"umount $1"_s, device).isNull());
+    QVERIFY(isFound);
+    QCOMPARE(mountPoint, u"/tmp/mnt"_s);
 }
 
 int main(int argc, char** argv)
