@@ -12,8 +12,7 @@ for ((round = 0; round < rounds; round++)); do
     "$KESTRO_CLONE" --tui "$source" b.kim >/dev/null 2>&1 &
     tool=$!
     random_moment "$took"
-    kill -KILL "$tool" 2>/dev/null || true
-    { wait "$tool"; } 2>/dev/null || true
+    { kill -KILL "$tool"; wait "$tool"; } 2>/dev/null || true
     if ! [ -e b.kim ]; then
         missing=$((missing + 1))
     elif ! "$KESTRO_CLONE" --kim-info b.kim >/dev/null 2>&1; then
@@ -33,6 +32,5 @@ kc --verify b.kim
 "$KESTRO_CLONE" --tui "$source" a.kim >/dev/null 2>&1 &
 tool=$!
 sleep 0.1
-kill -KILL "$tool"
-{ wait "$tool"; } 2>/dev/null || true
+{ kill -KILL "$tool"; wait "$tool"; } 2>/dev/null || true
 kc --verify a.kim

@@ -15,8 +15,7 @@ for ((round = 0; round < rounds; round++)); do
     "$KESTRO_CLONE" --tui a.kim "$target" >/dev/null 2>&1 &
     tool=$!
     random_moment "$took"
-    kill -KILL "$tool" 2>/dev/null || true
-    { wait "$tool"; } 2>/dev/null || true
+    { kill -KILL "$tool"; wait "$tool"; } 2>/dev/null || true
     if [ -z "$(blkid -p -o value -s TYPE "$target" || true)" ]; then
         nothing=$((nothing + 1))
     elif ! e2fsck -fn "$target" >/dev/null 2>&1; then

@@ -48,6 +48,8 @@ attach() {
     local name=$1 node
     shift
     node=$(losetup -f --show "$@")
+    # A loop device keeps the partitions that an earlier user gave it.
+    partx -d "$node" 2>/dev/null || true
     attached[$node]=1
     loops+=("$node")
     names+=("$name")
