@@ -95,6 +95,7 @@ void BackupRestoreWidget::buildTitle()
     title->setAccessibleName(u"arx_BackupAndRestoreTitleLabel"_s);
     title->setAlignment(Qt::AlignCenter);
     title->setForegroundRole(VPalette::TitleText);
+    title->setContentsMargins(0, 0, 0, 8); // closer as the subtitle is drawn, it would touch the letters
     VFontSizeManager::instance()->bind(title, VFontSizeManager::T3, 600);
     m_title = title;
 }

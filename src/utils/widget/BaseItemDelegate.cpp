@@ -78,7 +78,8 @@ void paintText(QPainter* painter, const QStyleOptionViewItem& option, const QStr
     const QFontMetrics metrics(font);
     const QRect inner = option.rect.adjusted(textMargin, 0, -textMargin, 0);
     // Rather no margin than a shortened text: up to the cell's width there is no tool tip to read it in.
-    const QRect place = metrics.horizontalAdvance(text) <= inner.width() ? inner : option.rect;
+    const int width = metrics.horizontalAdvance(text);
+    const QRect place = width > inner.width() && width <= option.rect.width() ? option.rect : inner;
     painter->drawText(place, alignmentOf(option), metrics.elidedText(text, Qt::ElideMiddle, place.width()));
 }
 
