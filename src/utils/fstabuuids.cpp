@@ -24,8 +24,9 @@ FSTabInfoPtr entryMountedAt(const FSTabInfoList& list, const QString& mountPoint
     return found == list.cend() ? nullptr : *found;
 }
 
-/// The entry whose file system holds what the bind mount shows: mounted there or at the nearest directory above; null when
-/// none is. It is never the bind mount itself, which may show a directory in its own place ("/home /home none bind").
+/// The entry whose file system holds what the bind mount shows: mounted there or at the nearest directory above; null
+/// when none is. It is never the bind mount itself, which may show a directory in its own place ("/home /home none
+/// bind").
 FSTabInfoPtr entryThatHolds(const FSTabInfoList& list, const FSTabInfoPtr& bind)
 {
     QString directory = bind->device;

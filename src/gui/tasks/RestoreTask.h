@@ -6,8 +6,8 @@
 
 #include <QString>
 
-/// What both restores have in common: nothing is written before every file that is there to be restored has been read to
-/// its end, and success is reported when everything has reached the disks.
+/// What both restores have in common: nothing is written before every file that is there to be restored has been read
+/// to its end, and success is reported when everything has reached the disks.
 class RestoreTask : public Task
 {
     Q_OBJECT
@@ -23,8 +23,8 @@ protected:
     /// Has an archive read to its end although nothing will be extracted from it: what leaves it out may be damage.
     void addArchiveToCheck(const QString& archive);
 
-    /// Reads all these files to their ends and then calls begin(), or refuseBrokenFile() when one is damaged. For a task
-    /// that has failed already, begin() is called at once.
+    /// Reads all these files to their ends and then calls begin(), or refuseBrokenFile() when one is damaged. For a
+    /// task that has failed already, begin() is called at once.
     void beginWhenWhole();
 
     /// Everything is known to be whole: starts.

@@ -62,7 +62,8 @@ void Task::start()
     startJob(m_jobs.constFirst());
 }
 
-void Task::aboutToStart(const Job& /*job*/) { }
+void Task::aboutToStart(const Job& /*job*/)
+{ }
 
 void Task::startJob(const Job& job)
 {

@@ -47,5 +47,6 @@ struct Command
 /// The path without *every* occurrence of its name: "/tmp/arx/root/opt" gives "/tmp/arx/root/".
 [[nodiscard]] QString directoryOfPath(const QString& path);
 
-/// Whether the path's name occurs at its end and nowhere else. Only then is directoryOfPath() the directory that it lies in.
+/// Whether the path's name occurs at its end and nowhere else. Only then is directoryOfPath() the directory that it
+/// lies in.
 [[nodiscard]] bool isNameOnlyAtEnd(const QString& path);

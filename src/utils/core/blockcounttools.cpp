@@ -30,7 +30,7 @@ const QList<BlockCountTool>& blockCountTools()
 const BlockCountPatterns& jfsPatterns()
 {
     // "[1] dn_mapsize:		0x00000013dca	[9] dn_agheigth:	0"
-    static const BlockCountPatterns patterns = {uR"(^Aggregate Block Size:\s*(\d+))"_s,
-        uR"(dn_mapsize:\s*([^\s]+))"_s, uR"(dn_nfree:\s*([^\s]+))"_s};
+    static const BlockCountPatterns patterns = {
+        uR"(^Aggregate Block Size:\s*(\d+))"_s, uR"(dn_mapsize:\s*([^\s]+))"_s, uR"(dn_nfree:\s*([^\s]+))"_s};
     return patterns;
 }

@@ -50,8 +50,8 @@ std::optional<FsUsage> readJfs(const QString& path)
     if (!isDevicePath(path)) {
         return std::nullopt;
     }
-    // jfs_debugfs 1.1.15 goes on printing prompts for ever at the end of its input: head ends it. With that its exit code
-    // is lost, and what it has said decides alone.
+    // jfs_debugfs 1.1.15 goes on printing prompts for ever at the end of its input: head ends it. With that its exit
+    // code is lost, and what it has said decides alone.
     QString output;
     const QString pipeline = u"echo dm | jfs_debugfs %1 | head -n 40"_s.arg(path);
     if (!SpawnCmd(u"/bin/bash"_s, {u"-c"_s, pipeline}, output)) {

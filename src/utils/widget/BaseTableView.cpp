@@ -78,8 +78,7 @@ void BaseTableView::focusInEvent(QFocusEvent* event)
     // Qt makes the first row the current one when Tab comes here, without selecting it. What is taken for chosen has to
     // look like it.
     if (currentIndex().isValid() && !selectionModel()->isSelected(currentIndex())) {
-        selectionModel()->select(
-            currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     }
 }
 

@@ -240,8 +240,7 @@ void BackupTaskTest::directoryGoneAtTheEnd()
     FakeMachine machine;
     machine.allowFileCommands();
     machine.allowImages();
-    machine.programs.reply(
-        {u"kestro-clone"_s, u"--tui"_s, u"/dev/sda3"_s}, {.snippet = "rm -r /media/TARGET/b"});
+    machine.programs.reply({u"kestro-clone"_s, u"--tui"_s, u"/dev/sda3"_s}, {.snippet = "rm -r /media/TARGET/b"});
     TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, systemBackup);
     QCOMPARE(run.outcome(), u"finished"_s);
     QCOMPARE(machine.callsOf({u"kestro-clone"_s}).filter(u"--kim-info"_s), QStringList());

@@ -210,7 +210,8 @@ void SystemRestoreTaskTest::homeThatIsAFile()
 
 void SystemRestoreTaskTest::namesThatNoCommandTakes()
 {
-    // One cannot even be named in a QString, and sudo's rule refuses the others; but they are a person's files all the same.
+    // One cannot even be named in a QString, and sudo's rule refuses the others; but they are a person's files all the
+    // same.
     Reset reset;
     reset.machine.programs.reply({u"find"_s}, {.snippet = R"(find "$@")"}); // with the real rm
     const std::array<std::filesystem::path, 3> names{"latin1-\xe9", "photos -2020", " lead"};
