@@ -41,19 +41,10 @@ private Q_SLOTS:
     void diskImageUnmountsItsDrive();
     void swapOfTheDisk_data();
     void swapOfTheDisk();
-    void secondArchiveWithoutDescription_data();
-    void secondArchiveWithoutDescription();
-    void refusedArchives_data();
-    void refusedArchives();
-    void membersStayInTheDirectory();
     void laterRefusalChangesNothing();
     void damagedImageChangesNothing();
-    void damagedArchiveChangesNothing_data();
-    void damagedArchiveChangesNothing();
-    void archiveOfTheDescriptionAlone();
     void refusedImageJobClearsNothing();
     void membersOfTheRecordStay();
-    void mountPointThatHoldsTheName();
     void nothingToRestore_data();
     void nothingToRestore();
     void liveStart();
@@ -211,67 +202,6 @@ void ManualRestoreTaskTest::swapOfTheDisk()
     QTEST(restore.machine.callsOf({u"mkswap"_s}), "calls");
 }
 
-void ManualRestoreTaskTest::secondArchiveWithoutDescription_data()
-{
-    // An archive that is whole is left out; for one that is damaged nothing may make room.
-    QTest::addColumn<QByteArray>("archive");
-    QTest::addColumn<QString>("outcome");
-    QTest::addColumn<QString>("left");
-    QTest::newRow("empty archive") << QByteArray(10240, '\0') << u"finished"_s << u"file"_s;
-    QTest::newRow("no archive") << "no archive"_ba << brokenFile << u"former"_s;
-}
-
-void ManualRestoreTaskTest::secondArchiveWithoutDescription()
-{
-    QFETCH(const QByteArray, archive);
-    BackupToRestore restore({});
-    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
-    Sandbox::writeFile(backup + u"/var.tar"_s, archive);
-    Sandbox::writeFile(u"/media/DATA/opt/former"_s, "");
-    QTEST(restore.outcome(), "outcome");
-    QCOMPARE(restore.machine.callsOf({u"tar"_s}).mid(0, 4),
-        (QStringList{u"tar -xpf %1/opt.tar datainfo"_s.arg(backup), u"tar -xpf %1/var.tar datainfo"_s.arg(backup),
-            u"tar -tf %1/opt.tar opt"_s.arg(backup), u"tar -tf %1/var.tar"_s.arg(backup)}));
-    QVERIFY(restore.machine.log.find(u"datainfo not exists!"_s).line > 0);
-    QTEST(QDir(u"/media/DATA/opt"_s).entryList(QDir::Files).join(u' '), "left");
-}
-
-void ManualRestoreTaskTest::refusedArchives_data()
-{
-    QTest::addColumn<QByteArray>("description");
-    QTest::addColumn<QString>("outcome");
-    QTest::newRow("unknown partition") << "UUID=GONE\nDirectory=opt\n"_ba << otherDisk;
-    QTest::newRow("cannot be mounted") << "UUID=SWAP\nDirectory=opt\n"_ba << otherDisk;
-    QTest::newRow("out of the partition") << "UUID=DATA\nDirectory=../ROOT/etc\n"_ba << brokenFile;
-    QTest::newRow("option of tar") << "UUID=DATA\nDirectory=--absolute-names\n"_ba << brokenFile;
-    QTest::newRow("names no directory") << "UUID=DATA\n"_ba << u"Failed to initialize the task"_s;
-}
-
-void ManualRestoreTaskTest::refusedArchives()
-{
-    QFETCH(const QByteArray, description);
-    BackupToRestore restore({});
-    restore.addArchive(u"opt.tar"_s, description);
-    QTEST(restore.outcome(), "outcome");
-    QCOMPARE(restore.changes(), QStringList());
-    QCOMPARE(restore.machine.callsOf({u"tar"_s}).filter(u" -C "_s), QStringList());
-    QVERIFY(!QFile::exists(u"datainfo"_s));
-}
-
-void ManualRestoreTaskTest::membersStayInTheDirectory()
-{
-    // The safety of GNU tar's default is relied on: no "-P" on our side.
-    BackupToRestore restore({});
-    restore.addArchive(
-        u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n", {u"-P"_s, u"--transform=s,^opt/file$,opt/../../escaped,"_s});
-    QCOMPARE(restore.outcome(), u"/recovery/kestro-recovery-gui.log"_s);
-    QVERIFY(!QFile::exists(u"/media/escaped"_s));
-    restore.addArchive(
-        u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n", {u"-P"_s, u"--transform=s,^opt/file$,/opt/absolute,"_s});
-    QCOMPARE(restore.outcome(), u"finished"_s);
-    QVERIFY(!QFile::exists(u"/opt/absolute"_s));
-}
-
 void ManualRestoreTaskTest::laterRefusalChangesNothing()
 {
     BackupToRestore restore({});
@@ -292,37 +222,6 @@ void ManualRestoreTaskTest::damagedImageChangesNothing()
         {u"kestro-clone"_s, u"--verify"_s, backup + u"/b.kim"_s}, {.err = "kestro-clone: damaged\n", .exitCode = 4});
     QCOMPARE(restore.outcome(), brokenFile);
     QCOMPARE(restore.machine.jobs(), QStringList());
-    QCOMPARE(restore.changes(), QStringList());
-}
-
-void ManualRestoreTaskTest::damagedArchiveChangesNothing_data()
-{
-    // The description, 1024 bytes, is whole, what follows it is not.
-    QTest::addColumn<int>("size");
-    QTest::newRow("cut off in a member") << 1024 + 512 + 512;
-    QTest::newRow("cut off between members") << 1024 + 512 + 512 + 512;
-    QTest::newRow("one block of the end mark") << 1024 + 2 * (512 + 512 + 512) + 512;
-}
-
-void ManualRestoreTaskTest::damagedArchiveChangesNothing()
-{
-    BackupToRestore restore({});
-    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
-    restore.addArchive(u"var.tar"_s, "UUID=DATA\nDirectory=var\n");
-    QFETCH(const int, size);
-    QVERIFY(QFile::resize(backup + u"/var.tar"_s, size));
-    QCOMPARE(restore.outcome(), brokenFile);
-    QCOMPARE(restore.machine.jobs(), QStringList());
-    QCOMPARE(restore.changes(), QStringList());
-}
-
-void ManualRestoreTaskTest::archiveOfTheDescriptionAlone()
-{
-    // What a backup leaves that was cut short before it came to this archive.
-    BackupToRestore restore({});
-    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
-    restore.addArchive(u"var.tar"_s, "UUID=DATA\nDirectory=var\n", {u"--exclude=var"_s});
-    QCOMPARE(restore.outcome(), brokenFile);
     QCOMPARE(restore.changes(), QStringList());
 }
 
@@ -354,17 +253,6 @@ void ManualRestoreTaskTest::membersOfTheRecordStay()
     QCOMPARE(restore.outcome(), u"finished"_s);
     QCOMPARE(restore.machine.jobs(),
         (QStringList{backup + u"/a.kim /dev/sda"_s, backup + u"/b.kim /dev/sda"_s, backup + u"/b.kim /dev/sda5"_s}));
-}
-
-void ManualRestoreTaskTest::mountPointThatHoldsTheName()
-{
-    BackupToRestore restore({});
-    FakeUDisks::Device device = FakeMachine::device(u"sda5"_s);
-    device.mountDirectory = u"/media/opt"_s;
-    restore.machine.udisks.addDevice(device);
-    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
-    QCOMPARE(restore.outcome(), otherDisk);
-    QCOMPARE(restore.changes(), QStringList());
 }
 
 void ManualRestoreTaskTest::nothingToRestore_data()
