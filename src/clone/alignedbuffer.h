@@ -17,7 +17,8 @@ inline constexpr std::uint64_t blockSize = 4096;
     return (bytes + step - 1) / step * step;
 }
 
-/// Memory for direct input and output: aligned to blockSize, its size rounded up to blockSize, zeroed.
+/// Memory for direct input and output: aligned to blockSize, its size rounded up to blockSize, zeroed. From 2 MiB on it
+/// lies in huge pages where the kernel has them, so that a transfer consists of few large segments.
 class AlignedBuffer
 {
 public:
