@@ -94,6 +94,9 @@ File claimed(const BlockDevice& device, const FrozenMounts& frozen)
 {
     File claim(::open(device.path.c_str(), O_RDONLY | O_EXCL | O_CLOEXEC), device.path);
     refuseNewMounts(device, frozen);
+    if (!claim.isOpen()) {
+        refuseUnknownUser(device);
+    }
     return claim;
 }
 

@@ -118,6 +118,12 @@ std::set<dev_t> foundationsOf(dev_t device)
     return found;
 }
 
+bool hasDevicesOnIt(const BlockDevice& device)
+{
+    std::error_code error;
+    return fs::directory_iterator(sysfsFolder(device.number) / "holders", error) != fs::directory_iterator();
+}
+
 std::string loopFileOf(dev_t device)
 {
     constexpr std::string_view removed{" (deleted)"};

@@ -6,8 +6,11 @@
 #include "clone/humansize.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <iterator>
 #include <set>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -30,6 +33,39 @@ void addDevicesBelow(const std::string& path, const std::vector<Mount>& mounts, 
             addDevicesBelow(mount->type == "overlay" ? upperFolderOf(*mount) : "", mounts, found);
         }
     }
+}
+
+/// The active swap space on the device; empty when there is none.
+std::string swapOn(const BlockDevice& device)
+{
+    for (const std::string& swap : parseSwaps(contentOf("/proc/swaps").value_or(""))) {
+        struct stat status
+        {
+        };
+        if (::stat(swap.c_str(), &status) == 0 && S_ISBLK(status.st_mode) && liesOn(status.st_rdev, device.number)) {
+            return swap;
+        }
+    }
+    return {};
+}
+
+bool isKeptByAnybody(const std::string& device)
+{
+    const File file(::open(device.c_str(), O_RDONLY | O_EXCL | O_CLOEXEC), device);
+    return !file.isOpen() && errno == EBUSY;
+}
+
+bool isKeptByUnknown(const BlockDevice& device)
+{
+    constexpr int tries = 20;
+    for (int i = 0; i < tries; ++i) {
+        if (!isKeptByAnybody(device.path) || !mountsOf(device).empty() || !swapOn(device).empty()
+            || hasDevicesOnIt(device)) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    return true;
 }
 
 } // namespace
@@ -86,12 +122,23 @@ std::vector<Mount> mountsOf(const BlockDevice& device)
 
 void refuseSwapOn(const BlockDevice& device)
 {
-    for (const std::string& swap : parseSwaps(contentOf("/proc/swaps").value_or(""))) {
-        struct stat status
-        {
-        };
-        if (::stat(swap.c_str(), &status) == 0 && S_ISBLK(status.st_mode) && liesOn(status.st_rdev, device.number)) {
-            throw Failure(ExitCode::Busy, device.path + " holds active swap space (" + swap + ")");
+    if (const std::string swap = swapOn(device); !swap.empty()) {
+        throw Failure(ExitCode::Busy, device.path + " holds active swap space (" + swap + ")");
+    }
+}
+
+void refuseUnknownUser(const BlockDevice& device)
+{
+    // Whoever keeps a partition keeps its disk as well, so the disk tells something only when no partition does.
+    std::vector<std::string> kept = partitionNodesOf(device);
+    std::erase_if(kept, [](const std::string& partition) { return !isKeptByAnybody(partition); });
+    if (kept.empty()) {
+        kept = {device.path};
+    }
+    for (const std::string& path : kept) {
+        if (isKeptByUnknown(blockDeviceAt(path))) {
+            throw Failure(ExitCode::Busy,
+                path + " is in use, but not by anything that can be made to stand still while it is read");
         }
     }
 }
