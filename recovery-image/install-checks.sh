@@ -54,6 +54,15 @@ find_root() {
     die "$root_device holds no installed system whose fstab mounts UUID=$root_uuid at /"
 }
 
+# A reset lays /opt and /var on the data partition, and looks for the home directories there: on a partition that is
+# mounted at /home it would do the one among the users' folders and miss the other.
+check_data_partition() {
+    [ "$data_uuid" != "$root_uuid" ] || return 0
+    mount_device "$data_device" "$data" look
+    [ -d "$data/home" ] || die "$data_device has no folder 'home', so it is not a data partition"
+    umount -- "$data"
+}
+
 # Leaves the installed system mounted, read-only.
 check_system() {
     local point uuid device
@@ -75,6 +84,8 @@ check_system() {
     [ -n "$boot_disk" ] || die "the disk of the installed system was not found"
     if booted_through_uefi; then check_uefi; else check_bios; fi
     check_boot_folder
+    check_data_partition
+    [ -n "$keep_images" ] || command -v kestro-clone >/dev/null || die "kestro-clone is missing here"
 }
 
 # A GRUB that does not find the system's menu takes the system for destroyed and starts the recovery system every time.

@@ -238,6 +238,7 @@ class RecoveryInstall(unittest.TestCase):
                 ("bios", self.words(recovery=BOOT), f"mounts {self.disk.parts[BOOT]} at /boot"),
                 ("bios", self.words(recovery=SMALL), "is too small"),
                 ("bios", self.words(root=DATA, data=DATA), "holds no installed system"),
+                ("bios", self.words(data=SMALL), "is not a data partition"),
                 ("bios", (*self.words()[:2], "--recovery", self.disk.device, *self.words()[4:]), "is not a partition"),
                 ("bios", (*self.words()[:-1], "/nowhere"), "vmlinuz is missing")):
             with self.subTest(reason):
@@ -245,9 +246,11 @@ class RecoveryInstall(unittest.TestCase):
                 self.assertNotEqual(code, 0)
                 self.assertEqual(calls, [])
                 self.assertIn(reason, text)
-        for booted, layers, reason in (("bios", "lvm cryptodisk luks2", "is encrypted"), ("uefi", "unknown", "does not know")):
-            with self.subTest(layers):
-                code, calls, text = self.call(booted, *self.words(), LAYERS=layers)
+        for booted, more, reason in (("bios", {"LAYERS": "lvm cryptodisk luks2"}, "is encrypted"),
+                                     ("uefi", {"LAYERS": "unknown"}, "does not know"),
+                                     ("bios", {"PATH": f"{FAKES}:/usr/sbin:/usr/bin:/sbin:/bin"}, "kestro-clone is missing")):
+            with self.subTest(reason):
+                code, calls, text = self.call(booted, *self.words(), **more)
                 self.assertNotEqual(code, 0)
                 self.assertEqual(calls, [])
                 self.assertIn(reason, text)
