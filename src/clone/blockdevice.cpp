@@ -104,6 +104,10 @@ BlockDevice blockDeviceAt(const std::string& path)
         throw Failure(ExitCode::ReadError, "cannot ask " + path + " for its sector size: " + errorText(errno));
     }
     const fs::path folder = sysfsFolder(status.st_rdev);
+    if (folder.empty()) {
+        // Without it a disk would count as one without partitions, and as part of nothing.
+        throw Failure(ExitCode::Internal, "the kernel's description of " + path + " is not below /sys");
+    }
     const bool isPartition = fs::exists(folder / "partition");
     const fs::path disk = isPartition ? folder.parent_path() : folder;
     return {path, status.st_rdev, file.size(), static_cast<std::uint32_t>(sector), isPartition,

@@ -27,7 +27,8 @@ struct BlockDevice
 /// True when the path is a block device, links followed.
 [[nodiscard]] bool isBlockDevice(const std::string& path);
 
-/// Opens the device for a moment. Throws as File::open, and Refused for what is no block device.
+/// Opens the device for a moment. Throws as File::open, Refused for what is no block device, and Internal when /sys
+/// does not describe it.
 [[nodiscard]] BlockDevice blockDeviceAt(const std::string& path);
 
 /// The device itself and everything that it is made of: the disk of a partition, what lies below a device-mapper or

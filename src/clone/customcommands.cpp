@@ -67,6 +67,13 @@ void replaceCustomFiles(const std::string& path, const std::string& name, std::v
     commitRoot(file, head, root);
 }
 
+[[noreturn]] void throwUnwritable(const std::string& file, const std::string& temporary)
+{
+    const int error = errno;
+    ::unlink(temporary.c_str());
+    throw Failure(ExitCode::WriteError, "cannot write " + file + ": " + errorText(error));
+}
+
 } // namespace
 
 void writeCustomFile(const std::string& address, const std::string& file)
@@ -98,14 +105,18 @@ void readCustomFile(const std::string& address, const std::string& file)
     std::string temporary = file + ".XXXXXX";
     const File target(::mkostemp(temporary.data(), O_CLOEXEC), temporary);
     // The record is no secret, and who asked for it through sudo must be able to read it.
-    const bool copied = target.isOpen() && ::fchmod(target.fd(), 0644) == 0
-        && ::write(target.fd(), found->second.data(), found->second.size())
-            == static_cast<ssize_t>(found->second.size())
-        && ::rename(temporary.c_str(), file.c_str()) == 0;
-    if (!copied) {
-        const int error = errno;
+    if (!target.isOpen() || ::fchmod(target.fd(), 0644) != 0) {
+        throwUnwritable(file, temporary);
+    }
+    try {
+        target.writeAt(std::as_bytes(std::span(found->second)), 0);
+        target.sync();
+    } catch (const Failure&) {
         ::unlink(temporary.c_str());
-        throw Failure(ExitCode::WriteError, "cannot write " + file + ": " + errorText(error));
+        throw;
+    }
+    if (::rename(temporary.c_str(), file.c_str()) != 0) {
+        throwUnwritable(file, temporary);
     }
 }
 

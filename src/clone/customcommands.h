@@ -9,7 +9,7 @@ namespace kestro::clone {
 /// complete, incomplete or missing; a missing one is begun. Throws Failure.
 void writeCustomFile(const std::string& address, const std::string& file);
 
-/// Copies a file out of an image, complete or not. Throws Failure; then the target is as it was.
+/// Copies a file out of a complete image, durably. Throws Failure; then the target is as it was.
 void readCustomFile(const std::string& address, const std::string& file);
 
 } // namespace kestro::clone

@@ -68,6 +68,8 @@ using Complaint = void (*)(const std::string&, std::uint64_t, int);
 void transferAll(
     const File& file, std::vector<iovec>& parts, std::uint64_t position, Transfer transfer, Complaint complain)
 {
+    // The kernel's answer to nothing at all cannot be told from the end of a file.
+    std::erase_if(parts, [](const iovec& part) { return part.iov_len == 0; });
     std::size_t first = 0;
     while (first < parts.size()) {
         const int count = static_cast<int>(std::min<std::size_t>(parts.size() - first, IOV_MAX));
@@ -139,11 +141,6 @@ File File::openDirect(const std::string& path, int flags, unsigned mode)
     const int fd = ::open(path.c_str(), flags | O_CLOEXEC | O_DIRECT, mode);
     // Some network and memory file systems know no direct input and output.
     return fd >= 0 ? File(fd, path) : open(path, flags, mode);
-}
-
-bool File::isDirect() const
-{
-    return (::fcntl(m_fd, F_GETFL) & O_DIRECT) != 0;
 }
 
 std::uint64_t File::size() const

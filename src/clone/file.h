@@ -33,8 +33,6 @@ public:
     [[nodiscard]] bool isOpen() const { return m_fd >= 0; }
     [[nodiscard]] int fd() const { return m_fd; }
     [[nodiscard]] const std::string& path() const { return m_path; }
-    /// True when reads and writes pass the page cache by.
-    [[nodiscard]] bool isDirect() const;
     /// Size in bytes of a regular file or block device.
     [[nodiscard]] std::uint64_t size() const;
 
@@ -48,6 +46,7 @@ public:
 
     /// Makes everything written durable, or throws.
     void sync() const;
+    /// Cuts or lengthens a regular file, or throws as writeAt does.
     void truncate(std::uint64_t size) const;
     /// Lets the page cache forget the file, so that the next read comes from the medium.
     void dropCache() const;

@@ -8,7 +8,6 @@
 #include <chrono>
 #include <map>
 #include <string>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -88,7 +87,7 @@ void FrozenMounts::openRoots(std::vector<Mount> mounts)
         if (held.root >= 0) {
             m_held.push_back(held);
         } else {
-            hidden += held.target;
+            hidden += (hidden.empty() ? "" : " and ") + held.target;
         }
     }
     if (!hidden.empty()) {

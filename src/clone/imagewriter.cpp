@@ -150,16 +150,38 @@ void ImageWriter::commit()
 {
     RootRecord root = m_head.root;
     root.complete = true;
-    commitRoot(m_file, m_head, root);
-    syncDirectoryOf(m_file.path());
+    try {
+        commitRoot(m_file, m_head, root);
+        syncDirectoryOf(m_file.path());
+    } catch (const Failure&) {
+        withdraw();
+        throw;
+    }
+}
+
+// What failed is often the last step, when the complete root record stands in the file already.
+void ImageWriter::withdraw() noexcept
+{
+    RootRecord begun;
+    begun.custom = m_head.root.custom;
+    begun.fileSize = begunSize();
+    try {
+        commitRoot(m_file, m_head, begun);
+    } catch (const Failure&) {
+        // Cut off, the image is unusable as well; it only has to be removed by hand then.
+    }
+}
+
+std::uint64_t ImageWriter::begunSize() const
+{
+    const Section& custom = m_head.root.custom;
+    return custom.size == 0 ? bodyPosition : custom.position + custom.size;
 }
 
 void ImageWriter::abandon() noexcept
 {
-    const Section& custom = m_head.root.custom;
-    const std::uint64_t size = custom.size == 0 ? bodyPosition : custom.position + custom.size;
     // The image is incomplete with or without its chunks; nothing depends on this.
-    [[maybe_unused]] const int done = ::ftruncate(m_file.fd(), static_cast<off_t>(size));
+    [[maybe_unused]] const int done = ::ftruncate(m_file.fd(), static_cast<off_t>(begunSize()));
 }
 
 } // namespace kestro::clone

@@ -34,7 +34,8 @@ public:
     /// The head as it will be; with the sections that writeIndex wrote.
     [[nodiscard]] const ImageHead& head() const { return m_head; }
 
-    /// Declares the image complete, durably. Only after everything written has been checked.
+    /// Declares the image complete, durably. Only after everything written has been checked. When it throws the image
+    /// is incomplete again, if that can still be written.
     void commit();
 
     /// Gives back the space of an image that will never be complete; its custom files stay. Never throws.
@@ -42,6 +43,9 @@ public:
 
 private:
     [[nodiscard]] std::uint64_t reserve(std::uint64_t size);
+    void withdraw() noexcept;
+    /// Of the image that holds its custom files only.
+    [[nodiscard]] std::uint64_t begunSize() const;
 
     const File& m_file;
     ImageHead m_head;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "clone/mounttable.h"
 
+#include "clone/failure.h"
 #include "clone/file.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ std::string unescaped(std::string_view text)
 {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const std::string digits(text.substr(i + 1 <= text.size() ? i + 1 : i, 3));
+        const std::string digits(text.substr(i + 1, 3));
         if (text[i] == '\\' && isOctal(digits)) {
             result += static_cast<char>(std::strtoul(digits.c_str(), nullptr, 8));
             i += 3;
@@ -97,7 +98,13 @@ std::vector<std::string> parseSwaps(std::string_view text)
 
 std::vector<Mount> currentMounts()
 {
-    return parseMountInfo(contentOf("/proc/self/mountinfo", 16U << 20U).value_or(""));
+    constexpr const char* table = "/proc/self/mountinfo";
+    const auto text = contentOf(table, 16U << 20U);
+    if (!text) {
+        // Without it a mounted device would count as one that nobody uses.
+        throw Failure(ExitCode::Internal, std::string("cannot read ") + table + ", which tells what is mounted");
+    }
+    return parseMountInfo(*text);
 }
 
 dev_t deviceOf(const Mount& mount)

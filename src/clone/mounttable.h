@@ -32,7 +32,8 @@ struct Mount
 /// The first column of /proc/swaps (see proc(5)), escapes undone.
 [[nodiscard]] std::vector<std::string> parseSwaps(std::string_view text);
 
-/// The mounts of this process's name space, in the order in which they were made.
+/// The mounts of this process's name space, in the order in which they were made. Throws Internal when the kernel does
+/// not tell.
 [[nodiscard]] std::vector<Mount> currentMounts();
 
 /// The device behind a mount: of its source when that is a device node, else the number in the table.

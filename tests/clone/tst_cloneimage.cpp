@@ -2,10 +2,12 @@
 #include "clone/check.h"
 #include "clone/imagesamples.h"
 
+#include "clone/chunkcodec.h"
 #include "clone/customcommands.h"
 #include "clone/failure.h"
 #include "clone/file.h"
 #include "clone/imagereader.h"
+#include "clone/imagewriter.h"
 #include "clone/newimage.h"
 
 #include <cstdlib>
@@ -193,6 +195,37 @@ void powerCutsAtTheBeginningAreNoObstacle(const std::string& path)
     std::filesystem::remove(copy);
 }
 
+/// The index goes through a buffer of 1 MiB, which so many extents fill to the last byte.
+constexpr std::size_t fillingExtents = ((1U << 20U) - indexHeaderSize) / sizeof(Extent);
+
+void indexesOfAnySizeAreWritten(const std::string& path)
+{
+    const std::string scattered = path + ".scattered";
+    for (const std::size_t count : {fillingExtents - 1, fillingExtents, fillingExtents + 1}) {
+        ExtentList extents(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            extents[i] = {2 * i * blockSize, blockSize};
+        }
+        const ImageIndex index{2 * count * blockSize, smallestChunk, 512, extents};
+        const ChunkLayout layout(index.extents, index.chunkSize);
+        {
+            const NewImage image(scattered);
+            ImageWriter writer(image.file(), image.head(), layout.chunkCount());
+            AlignedBuffer zeros(smallestChunk);
+            ChunkEncoder encoder(smallestChunk);
+            for (std::uint64_t chunk = 0; chunk < layout.chunkCount(); ++chunk) {
+                EncodedChunk encoded = encoder.encode(zeros, layout.contentSize(chunk));
+                writer.append(chunk, encoded);
+            }
+            writer.writeIndex(index, {});
+            writer.commit();
+        }
+        check(isGoodImage(scattered) && ImageReader(scattered).index().extents.size() == count,
+            "an image of " + std::to_string(count) + " extents");
+        std::filesystem::remove(scattered);
+    }
+}
+
 } // namespace
 
 int main()
@@ -209,6 +242,7 @@ int main()
     everyTruncationShows(path);
     powerCutsLeaveTheOldFilesOrTheNew(path);
     powerCutsAtTheBeginningAreNoObstacle(path);
+    indexesOfAnySizeAreWritten(path);
     std::filesystem::remove_all(folder);
     return checkResult();
 }

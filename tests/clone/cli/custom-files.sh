@@ -23,6 +23,9 @@ kc --read-custom-file "kim://a.kim/a b" copy
 cat copy
 kc --read-custom-file "kim://a.kim/none" copy
 cat copy
+: >empty
+kc --write-custom-file "kim://a.kim/empty" empty
+kc --read-custom-file "kim://a.kim/empty" empty
 head -c 1048577 /dev/zero >large
 kc --write-custom-file "kim://a.kim/large" large
 kc --write-custom-file "kim://a.kim/missing" missing
