@@ -151,11 +151,6 @@ Metadata describe(const Source& source, const SourceMap& map, bool frozen)
     return metadata;
 }
 
-[[noreturn]] void throwMismatch(const std::string& path)
-{
-    throw Failure(ExitCode::Mismatch, path + " does not hold what was written to it");
-}
-
 /// Reads back what was written after the chunks, past the cache, before it may count as complete.
 void checkSections(const File& image, const RootRecord& root)
 {

@@ -151,7 +151,7 @@ Section ChunkTableWriter::finish()
     m_image.dropCache();
     forEachPage(m_image, m_section, [&](std::uint64_t page, std::span<const std::byte> bytes) {
         if (hashOf(bytes) != m_pageHashes[page]) {
-            throw Failure(ExitCode::Mismatch, m_image.path() + " does not hold what was written to it");
+            throwMismatch(m_image.path());
         }
         hash.add(bytes);
     });

@@ -6,6 +6,11 @@
 
 namespace kestro::clone {
 
+void throwMismatch(const std::string& path, const std::string& place)
+{
+    throw Failure(ExitCode::Mismatch, path + " does not hold what was written to it" + place);
+}
+
 std::string oneLine(std::string text)
 {
     std::replace_if(

@@ -47,6 +47,10 @@ private:
     int m_systemError;
 };
 
+/// Ends the run because what was read back is not what was written.
+/// @param place where on the file or device, with a leading blank; empty when that is not known
+[[noreturn]] void throwMismatch(const std::string& path, const std::string& place = {});
+
 /// The text with every line break and other control character replaced, so that it prints as one line.
 [[nodiscard]] std::string oneLine(std::string text);
 

@@ -10,6 +10,7 @@
 /// The fixed parts of an image file, byte for byte as docs/image-format.md tells. Pure: nothing here reads or writes.
 namespace kestro::clone {
 
+/// Random bytes that tell an image's own records from those of another that lay at the same place before.
 using ImageId = std::array<std::byte, 16>;
 
 inline constexpr std::uint64_t headerSize = 4096;
@@ -58,14 +59,17 @@ struct RootRecord
     Section custom;
 };
 
+/// The first block of an image, or one with a root record in its first sector.
 using Block = std::array<std::byte, headerSize>;
 
+/// With its checksum; the rest of the block is zeros.
 [[nodiscard]] Block encodeHeader(const ImageId& id);
 /// True when the bytes begin as an image does, whatever follows.
 [[nodiscard]] bool hasImageMagic(std::span<const std::byte> bytes);
 /// The identifier in an intact header of this version; none otherwise.
 [[nodiscard]] std::optional<ImageId> decodeHeader(std::span<const std::byte> bytes);
 
+/// With its checksum, which depends on the identifier; the rest of the block is zeros.
 [[nodiscard]] Block encodeRoot(const RootRecord& root, const ImageId& id);
 /// An intact root record of the image with this identifier; none otherwise. Sections are inside fileSize, aligned and
 /// within the limits.

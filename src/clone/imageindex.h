@@ -22,6 +22,7 @@ struct ImageIndex
 inline constexpr std::size_t indexHeaderSize = 64;
 using IndexHeader = std::array<std::byte, indexHeaderSize>;
 
+/// What stands before the extents in the index section.
 [[nodiscard]] IndexHeader encodeIndexHeader(const ImageIndex& index, const ImageId& id);
 
 /// An index with its numbers and with its list sized, but not filled; none when the numbers cannot belong to a section

@@ -49,6 +49,7 @@ struct Metadata
     bool needsRecovery = false;
 };
 
+/// Indented, with a newline at its end. What is no UTF-8 in a label or name is replaced.
 [[nodiscard]] std::string toJson(const Metadata& metadata);
 
 /// None when the text is not what toJson writes. Unknown keys are ignored.

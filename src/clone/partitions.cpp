@@ -2,16 +2,15 @@
 #include "clone/partitions.h"
 
 #include "clone/alignedbuffer.h"
+#include "clone/blkidprobe.h"
 #include "clone/failure.h"
 #include "clone/loopdevice.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <memory>
 #include <set>
 
-#include <blkid/blkid.h>
 #include <fcntl.h>
 
 namespace kestro::clone {
@@ -23,12 +22,6 @@ constexpr std::uint64_t blkidUnit = 512;
 /// Boot loaders embed themselves within the first MiB or two of a gap; partition tables of a RAID or a forgotten GPT
 /// stand at its end.
 constexpr std::uint64_t gapStretch = 4ULL << 20U;
-
-struct FreeProbe
-{
-    void operator()(blkid_probe probe) const { blkid_free_probe(probe); }
-};
-using Probe = std::unique_ptr<std::remove_pointer_t<blkid_probe>, FreeProbe>;
 
 Extent cutAt(std::uint64_t begin, std::uint64_t length, std::uint64_t size)
 {

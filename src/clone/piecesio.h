@@ -17,6 +17,7 @@ class PiecesIo
 public:
     PiecesIo();
 
+    /// The content is as long as all pieces together. They throw as File's operations do.
     void read(const File& device, const ExtentList& pieces, std::span<std::byte> content);
     void write(const File& device, const ExtentList& pieces, std::span<std::byte> content);
 

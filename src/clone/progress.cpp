@@ -35,15 +35,24 @@ std::string remainingTime(const ProgressFigures& figures)
 
 enum class Written { Yes, Skipped, ReaderGone };
 
+/// What poll(2) says of standard output at this moment; 0 for nothing.
+short outputEvents()
+{
+    pollfd descriptor{STDOUT_FILENO, POLLOUT, 0};
+    return ::poll(&descriptor, 1, 0) > 0 ? descriptor.revents : short{0};
+}
+
+constexpr short readerGone = POLLERR | POLLNVAL;
+
 /// Never waits for a reader: one that is stuck, for example because it logs to a file system that is frozen for this
 /// very run, must not stop the run.
 Written writeIfReady(const std::string& line)
 {
-    pollfd descriptor{STDOUT_FILENO, POLLOUT, 0};
-    if (::poll(&descriptor, 1, 0) <= 0) {
+    const short events = outputEvents();
+    if (events == 0) {
         return Written::Skipped;
     }
-    if ((descriptor.revents & (POLLERR | POLLNVAL)) != 0 || ::write(STDOUT_FILENO, line.data(), line.size()) < 0) {
+    if ((events & readerGone) != 0 || ::write(STDOUT_FILENO, line.data(), line.size()) < 0) {
         return Written::ReaderGone;
     }
     return Written::Yes;
@@ -98,8 +107,7 @@ void Progress::add(std::uint64_t bytes)
 
 void Progress::stopWithoutReader() const
 {
-    pollfd descriptor{STDOUT_FILENO, POLLOUT, 0};
-    const bool isGone = ::poll(&descriptor, 1, 0) > 0 && (descriptor.revents & (POLLERR | POLLNVAL)) != 0;
+    const bool isGone = (outputEvents() & readerGone) != 0;
     const bool isClosed = ::write(STDOUT_FILENO, "", 0) < 0;
     if ((isGone || isClosed) && m_whenAlone == WhenAlone::Stop) {
         requestStop();

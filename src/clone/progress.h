@@ -44,6 +44,7 @@ struct ProgressFigures
 class Progress
 {
 public:
+    /// Starts a thread that prints. @param whenAlone whether the run goes on when nobody reads the progress any more
     Progress(std::vector<Phase> phases, WhenAlone whenAlone);
     ~Progress();
     Progress(const Progress&) = delete;

@@ -96,9 +96,10 @@ void ReadBack::checkBatch(const std::vector<ChunkRecord>& batch)
         try {
             (void)readStoredChunk(m_image, chunk, buffer);
         } catch (const Failure& failure) {
-            const bool differs = failure.code() == ExitCode::InvalidImage;
-            throw differs ? Failure(ExitCode::Mismatch, m_image.path() + " does not hold what was written to it")
-                          : failure;
+            if (failure.code() == ExitCode::InvalidImage) {
+                throwMismatch(m_image.path());
+            }
+            throw;
         }
     }
 }

@@ -152,7 +152,7 @@ void TargetWriter::wipeBeginningAgain() noexcept
 {
     try {
         wipeBeginning();
-    } catch (const Failure&) {
+    } catch (const std::exception&) {
         // The failure that led here is the one to be reported.
     }
 }
@@ -198,9 +198,7 @@ void TargetWriter::checkChunks(std::uint64_t first, std::uint64_t last)
             const auto bytes = own->content.bytes().first(m_layout.contentSize(chunk));
             own->io.read(m_device, m_layout.pieces(chunk), bytes);
             if (hashOf(bytes) != own->records.at(chunk).contentHash) {
-                throw Failure(ExitCode::Mismatch,
-                    m_target.path + " does not hold what was written to it at byte "
-                        + std::to_string(m_layout.pieces(chunk).front().offset));
+                throwMismatch(m_target.path, " at byte " + std::to_string(m_layout.pieces(chunk).front().offset));
             }
             m_progress.add(bytes.size());
         };

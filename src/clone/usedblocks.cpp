@@ -2,6 +2,7 @@
 #include "clone/usedblocks.h"
 
 #include "clone/alignedbuffer.h"
+#include "clone/blkidprobe.h"
 #include "clone/failure.h"
 #include "clone/file.h"
 #include "clone/loopdevice.h"
@@ -12,10 +13,8 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <string_view>
 
-#include <blkid/blkid.h>
 #include <fcntl.h>
 
 namespace kestro::clone {
@@ -27,12 +26,6 @@ namespace {
 constexpr std::uint64_t alwaysUsed = 1ULL << 20U;
 /// A file system may be smaller than its device and yet keep a backup of its first sector right behind its last block.
 constexpr std::uint64_t alwaysUsedBehind = 16ULL << 20U;
-
-struct FreeProbe
-{
-    void operator()(blkid_probe probe) const { blkid_free_probe(probe); }
-};
-using Probe = std::unique_ptr<std::remove_pointer_t<blkid_probe>, FreeProbe>;
 
 std::string valueOf(const Probe& probe, const char* name)
 {

@@ -35,8 +35,8 @@ struct Signature
 [[nodiscard]] Signature probeSignature(const std::string& device, const Extent& range = {});
 
 /// The used bytes of the file system on a device, relative to its start. Everything is used when the file system has
-/// no reader, its reader does not trust it, or it may need recovery. The beginning and the end of the device and what
-/// follows the end of the file system always count as used.
+/// no reader, its reader does not trust it, or it may need recovery. The beginning and the end of the device and the
+/// first 16 MiB behind the end of the file system always count as used.
 /// @param frozen the file system is mounted for writing and stands still
 [[nodiscard]] UsedBlocks usedBlocksOf(const BlockDevice& device, const std::string& type, bool frozen);
 
