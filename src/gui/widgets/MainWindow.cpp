@@ -19,7 +19,6 @@
 #include "utils/widget/TreeViewModel.h"
 #include "utils/widget/restorepage.h"
 
-#include <QAbstractButton>
 #include <QCloseEvent>
 #include <QDebug>
 #include <QDir>

@@ -7,7 +7,6 @@
 #include <QEvent>
 #include <QLayout>
 #include <QPainter>
-#include <QPainterPath>
 
 VBackgroundGroup::VBackgroundGroup(QLayout* layout, QWidget* parent)
     : QWidget(parent)

@@ -18,12 +18,6 @@ void VFrame::setBackgroundRole(VPalette::ColorType type)
     update();
 }
 
-void VFrame::setFrameRounded(bool rounded)
-{
-    m_rounded = rounded;
-    update();
-}
-
 void VFrame::paintEvent(QPaintEvent* event)
 {
     const VPalette colors = VPaletteHelper::instance()->palette(this);
@@ -31,8 +25,7 @@ void VFrame::paintEvent(QPaintEvent* event)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(colors.color(VPalette::FrameBorder));
     painter.setBrush(m_background == VPalette::NoType ? colors.color(QPalette::Window) : colors.color(m_background));
-    const qreal radius = m_rounded ? VStyle::frameRadius : 0;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), VStyle::frameRadius, VStyle::frameRadius);
     painter.end();
     QFrame::paintEvent(event);
 }

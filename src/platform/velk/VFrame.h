@@ -17,13 +17,9 @@ public:
     void setBackgroundRole(VPalette::ColorType type);
     [[nodiscard]] VPalette::ColorType backgroundType() const { return m_background; }
 
-    /// Whether the corners are rounded; they are at first.
-    void setFrameRounded(bool rounded);
-
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     VPalette::ColorType m_background = VPalette::NoType;
-    bool m_rounded = true;
 };

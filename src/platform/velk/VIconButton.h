@@ -13,7 +13,6 @@ public:
 
     /// A flat button shows its background only under the pointer.
     void setFlat(bool flat);
-    [[nodiscard]] bool isFlat() const { return m_flat; }
 
     [[nodiscard]] QSize sizeHint() const override;
 

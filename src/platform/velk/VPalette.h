@@ -10,7 +10,7 @@
 class VPalette : public QPalette
 {
 public:
-    /// The further colours. The values of the first three and of HoverBackground are used as plain numbers by pages.
+    /// The further colours. The values of the first three and of HoverBackground are fixed.
     enum ColorType {
         NoType = 0,
         ItemBackground = 1,   ///< cards and rows that lie on the window

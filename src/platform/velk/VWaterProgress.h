@@ -23,7 +23,6 @@ public:
 
     /// The percentage shown, 0 to 100; 0 at first.
     [[nodiscard]] int value() const { return m_value; }
-    [[nodiscard]] bool isTextVisible() const { return m_textVisible; }
     /// The water is moving: started, visible, and motion is wanted.
     [[nodiscard]] bool isAnimating() const { return m_timer.isActive(); }
 

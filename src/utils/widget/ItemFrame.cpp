@@ -110,7 +110,6 @@ void ItemFrame::fitTitle()
 
 void ItemFrame::choose()
 {
-    m_clicked = true;
     Q_EMIT
     clicked(true);
 }

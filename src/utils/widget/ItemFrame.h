@@ -45,7 +45,6 @@ private:
     QLabel* m_iconLabel = nullptr;
     QPixmap m_icon;
     Arrangement m_arrangement;
-    bool m_clicked = false;
 };
 
 } // namespace plugins
