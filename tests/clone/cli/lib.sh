@@ -13,9 +13,13 @@ declare -A attached=()
 
 clean_up() {
     local item
+    end_jobs
+    for item in "${!attached[@]}"; do swapoff "$item" 2>/dev/null || true; done
     # Twice: a loop device may stand for a file on one of the mounts.
     for _ in 1 2; do
         for ((item = ${#mounts[@]} - 1; item >= 0; item--)); do
+            # A frozen file system keeps its device for ever.
+            ! mountpoint -q -- "${mounts[item]}" || fsfreeze -u "${mounts[item]}" 2>/dev/null || true
             umount -q -- "${mounts[item]}" 2>/dev/null || true
         done
         for item in "${!attached[@]}"; do
@@ -26,6 +30,16 @@ clean_up() {
     rm -rf --one-file-system -- "$T"
 }
 trap clean_up EXIT
+
+# What a case that failed left in the background, stopped or not, would keep its devices busy.
+end_jobs() {
+    local job
+    for job in $(jobs -rp); do
+        # Else the shell would tell of its end where the case's output is.
+        disown "$job"
+        kill -KILL "$job" 2>/dev/null || true
+    done
+}
 
 # Names of this run become names that are the same in every run.
 same_every_time() {
