@@ -88,6 +88,11 @@ is_poison() {
     cmp -s "$1" <(head -c "$(blockdev --getsize64 "$1")" /dev/zero | tr '\0' '\245')
 }
 
+# holds_nothing DEVICE: true when nobody would take its content for anything.
+holds_nothing() {
+    [ -z "$(blkid -p "$1")" ]
+}
+
 # flip FILE POSITION [MASK]: changes bits of one byte.
 flip() {
     python3 - "$@" <<'PY'
@@ -149,6 +154,46 @@ progress_holds() {
     awk '$NF !~ /^[0-9]+\.[0-9][0-9]%$/ || $NF + 0 < last { bad = 1 }
          { last = $NF + 0 }
          END { exit bad }' "$1"
+}
+
+# given_up TEXT…: ends the case as failed.
+given_up() {
+    echo "given up: $*"
+    exit 1
+}
+
+# awaited PID COMMAND…: returns when the command succeeds. The case fails when the process ends before, or a minute has
+# passed.
+awaited() {
+    local process=$1 deadline=$((SECONDS + 60))
+    shift
+    until "$@"; do
+        kill -0 "$process" 2>/dev/null || given_up "the process ended before: $*"
+        [ "$SECONDS" -lt "$deadline" ] || given_up "waited too long for: $*"
+        sleep 0.005
+    done
+}
+
+# larger FILE BYTES
+larger() {
+    [ "$(stat -c %s -- "$1" 2>/dev/null || echo 0)" -gt "$2" ]
+}
+
+# grown FILE BYTES PID: returns when the process, which still runs, has made the file larger than that.
+grown() {
+    awaited "$3" larger "$1" "$2"
+    kill -0 "$3" 2>/dev/null || given_up "the process ended too early: $1"
+}
+
+# slowly ARGUMENTS…: starts the program in a process group of its own, with its standard error in err and its process in
+# the variable tool. Each thread's second write takes seconds, so that what happens next finds it at work.
+# shellcheck disable=SC2034 # cases use the variable
+slowly() {
+    # The tracer stands apart, where no signal to that group reaches it, and says nothing where the program does.
+    # shellcheck disable=SC2016 # for the inner shell
+    ASAN_OPTIONS=detect_leaks=0 setsid strace -DD -f -qq -o /dev/null -e trace=pwritev \
+        -e inject=pwritev:delay_enter=5000000:when=2 sh -c 'exec "$@" 2>err' sh "$KESTRO_CLONE" "$@" >/dev/null 2>&1 &
+    tool=$!
 }
 
 # random_moment MICROSECONDS: sleeps for a random time that is a little longer than that at most.
