@@ -7,6 +7,7 @@ content     the file trees that the machine's partitions hold
 machine     the partitions together: what the recovery partition knows, what is mounted where for a look
 services    udevd, the system bus, udisksd and the display of one start of the machine
 program     one run of the program: its log, its pages, its end
+root        who may make such a machine
 blocks      block by block comparison of a partition
 compare     file by file comparison of two trees
 checks      what must hold at the end, printed one line each

@@ -10,12 +10,12 @@ import os
 import pathlib
 import stat
 import struct
-import sys
 
 from .process import LabError, output_of, run, wait_until
+from .root import is_root, skip_unless
 
 MIB = 1 << 20
-SKIPPED = 77  # the exit code that the test runner counts as "skipped"
+NO_LOOP_DEVICES = "loop devices need root and a kernel that has them"
 LOOP_GET_STATUS64 = 0x4C05  # linux/loop.h; the answer begins with device and inode of the file, and has 232 bytes
 
 
@@ -105,11 +105,13 @@ class LoopDisk:
         return digest.hexdigest()
 
 
+def can_make_loop_devices() -> bool:
+    return is_root() and run("losetup", "--find", check=False).returncode == 0
+
+
 def skip_without_loop_devices():
     """For tests: ends the program as skipped, with the reason, where no loop device can be made."""
-    if os.geteuid() != 0 or run("losetup", "--find", check=False).returncode != 0:
-        print("skipped: loop devices need root and a kernel that has them")
-        sys.exit(SKIPPED)
+    skip_unless(can_make_loop_devices(), NO_LOOP_DEVICES)
 
 
 def file_behind(device: str) -> tuple[int, int]:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// standstill FOLDER silent|beating: holds the file system that is mounted at a folder, with a patience of one second,
-// and says what became of it three seconds later. For cases of the command line.
+// standstill FOLDER silent|beating: holds the file system that is mounted at a folder, with a patience of three
+// seconds, and says what became of it when they are long over. For cases of the command line.
 #include "clone/failure.h"
 #include "clone/freeze.h"
 #include "clone/mounttable.h"
@@ -34,6 +34,19 @@ bool isHeld(const std::string& folder)
     return frozen || readOnly;
 }
 
+/// Far apart from the patience on both sides: a busy machine must be neither silent by mistake nor done too early.
+void passTime(FrozenMounts& frozen, bool beats)
+{
+    if (!beats) {
+        std::this_thread::sleep_for(std::chrono::seconds(8));
+        return;
+    }
+    for (int i = 0; i < 50; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        frozen.beat();
+    }
+}
+
 void report(const char* what, const std::function<void()>& step)
 {
     try {
@@ -57,13 +70,10 @@ int main(int argc, char** argv)
     const auto all = currentMounts();
     std::copy_if(
         all.begin(), all.end(), std::back_inserter(mounts), [&](const Mount& mount) { return mount.target == folder; });
-    FrozenMounts frozen(mounts, std::chrono::seconds(1));
-    for (int i = 0; i < 30; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        if (beats) {
-            frozen.beat();
-        }
-    }
+    FrozenMounts frozen(mounts, std::chrono::seconds(3));
+    std::puts("held");
+    std::fflush(stdout);
+    passTime(frozen, beats);
     if (beats) {
         std::printf("%s\n", isHeld(folder) ? "still held" : "not held");
     }

@@ -12,6 +12,7 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "dev"))
 
 from kestrolab import compare  # noqa: E402
+from kestrolab.root import skip_without_root  # noqa: E402
 
 # system.posix_acl_access as the kernel has it: version 2, then (tag, permissions, id) of owner, user 1000, group,
 # mask and others.
@@ -64,7 +65,6 @@ CHANGES = {
 }
 
 
-@unittest.skipUnless(os.geteuid() == 0, "owners and trusted attributes need root")
 class Compare(unittest.TestCase):
     def setUp(self):
         holder = tempfile.TemporaryDirectory()
@@ -100,4 +100,5 @@ class Compare(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    skip_without_root()
     unittest.main()

@@ -12,7 +12,7 @@ import unittest
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parents[1] / "dev"))
 
-from kestrolab.disk import LoopDisk, Mounted, skip_without_loop_devices  # noqa: E402
+from kestrolab.disk import NO_LOOP_DEVICES, LoopDisk, Mounted, can_make_loop_devices  # noqa: E402
 
 ENVIRONMENT = HERE.parents[1] / "packaging/environment"
 # Everything that the scripts write outside the partition lies in a memory of the call's own.
@@ -26,7 +26,11 @@ mount -t tmpfs none "$1/etc"
 mkdir "$1/etc/upper" "$1/etc/work"
 mount -t overlay -o "lowerdir=/etc,upperdir=$1/etc/upper,workdir=$1/etc/work" none /etc
 [ -z "$2" ] || mount -o ro "$2" /run/live/medium
-[ ! -x "$1/kestro-clone" ] || "$1/kestro-clone" 3 &
+if [ -x "$1/kestro-clone" ]; then
+    "$1/kestro-clone" 3 &
+    # Until then it has the shell's name.
+    until grep -qx kestro-clone "/proc/$!/comm"; do sleep 0.01; done
+fi
 script=$3
 shift 3
 "$script"
@@ -76,7 +80,9 @@ class InitialMemory(unittest.TestCase):
 class Session(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        skip_without_loop_devices()
+        # Only this class: what the others found must still be told.
+        if not can_make_loop_devices():
+            raise unittest.SkipTest(NO_LOOP_DEVICES)
 
     def setUp(self):
         holder = tempfile.TemporaryDirectory()

@@ -22,8 +22,9 @@ CLONE = pathlib.Path(sys.argv.pop(1)).parent
 FAKES = f"{HERE / 'fakes'}:{HERE.parent / 'scripts/fakes'}"
 EFI, BOOT, ROOT, DATA, RECOVERY, SMALL, GRUB = range(7)
 BIOS_BOOT, LINUX = "21686148-6449-6E6F-744E-656564454649", "0FC63DAF-8483-4772-8E79-3D69D8477DE4"
+# With a device that somebody has mounted, when one is given.
 STAGE = 'mount --make-rprivate / && mount -t tmpfs none /sys/firmware && { [ "$1" != uefi ] || mkdir /sys/firmware/efi; } &&' \
-        ' shift && exec "$@"'
+        ' { [ -z "$2" ] || mount -o ro,noload "$2" "$3"; } && shift 3 && exec "$@"'
 MEMORY = "/dev/shm"
 KERNEL = "6.1.0-9-amd64"
 
@@ -43,6 +44,7 @@ class RecoveryInstall(unittest.TestCase):
         holder = tempfile.TemporaryDirectory()
         self.addCleanup(holder.cleanup)
         self.work = pathlib.Path(holder.name)
+        (self.folder / "busy").mkdir()
         ext4 = ["mkfs.ext4", "-q"]
         self.disk = LoopDisk.create(self.folder / "disk.img", [
             (40, efi_file_system()), (16, ext4), (48, ext4), (24, ext4), (160, ext4), (48, ext4), (1, ["true"])])
@@ -98,14 +100,15 @@ class RecoveryInstall(unittest.TestCase):
         self.write(EFI, {"EFI/testos/grubx64.efi": "grub"})
         self.write(DATA, {"var/lib/status": "packages", "opt/app/run": "program", "home/ada/letter": "dear"})
 
-    def call(self, booted, *words, **more):
-        """The exit code, the calls of the stand-ins, and the printed text."""
+    def call(self, booted, *words, busy="", **more):
+        """The exit code, the calls of the stand-ins, and the printed text; the device BUSY is mounted meanwhile."""
         calls = self.folder / "calls"
         calls.write_text("")
         environment = {**os.environ, "PATH": f"{FAKES}:{CLONE}:/usr/sbin:/usr/bin:/sbin:/bin", "CALLS": str(calls),
                        "FIRMWARE": str(self.folder / "firmware"), "DISK": self.disk.device,
                        "TMPDIR": str(self.work), "KESTRO_GRUB_MODULES": str(self.folder / "modules"), **more}
-        result = subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", booted, str(INSTALL), *words],
+        result = subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", booted, busy, str(self.folder / "busy"),
+                                 str(INSTALL), *words],
                                 env=environment, text=True, capture_output=True, check=False)
         text = result.stdout + result.stderr
         if result.returncode == -signal.SIGKILL:
@@ -263,12 +266,11 @@ class RecoveryInstall(unittest.TestCase):
         before = self.disk.checksum()
         for number in (RECOVERY, ROOT, DATA):
             with self.subTest(f"mounted {number}"):
-                subprocess.run(["mount", "-o", "ro,noload", self.disk.parts[number], self.work], check=True)
-                result = subprocess.run([INSTALL, *self.words()], env={**os.environ, "TMPDIR": str(self.folder)},
-                                        text=True, capture_output=True, check=False)
-                subprocess.run(["umount", self.work], check=True)
-                self.assertNotEqual(result.returncode, 0)
-                self.assertIn(f"{self.disk.parts[number]} is mounted", result.stderr)
+                part = self.disk.own(self.disk.parts[number])
+                code, calls, text = self.call("bios", *self.words(), busy=part)
+                self.assertNotEqual(code, 0)
+                self.assertEqual(calls, [])
+                self.assertIn(f"{part} is mounted", text)
         self.assertEqual(self.disk.checksum(), before)
 
 

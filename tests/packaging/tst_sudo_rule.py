@@ -9,8 +9,11 @@ import sys
 import tempfile
 import unittest
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "dev"))
+
+from kestrolab.root import skip_unless, skip_without_root  # noqa: E402
+
 RULE = pathlib.Path(sys.argv.pop(1))
-SKIPPED = 77
 SCRIPTS = "/lib/kestro-recovery-gui/scripts/"
 # The programs of the rule need to be there for sudo, not to work.
 STAGE = """
@@ -150,7 +153,6 @@ class SudoRule(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    if os.geteuid() != 0 or subprocess.run(["unshare", "--mount", "true"], check=False).returncode != 0:
-        print("skipped: needs root and mount namespaces")
-        sys.exit(SKIPPED)
+    skip_without_root()
+    skip_unless(subprocess.run(["unshare", "--mount", "true"], check=False).returncode == 0, "needs mount namespaces")
     unittest.main()

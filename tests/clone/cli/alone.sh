@@ -18,7 +18,7 @@ kc --tui "$source" b.kim
 kc --tui b.kim "$target"
 "$KESTRO_CLONE" --tui a.kim "$target" >/dev/null 2>err &
 tool=$!
-while [ -n "$(blkid -p "$target")" ]; do sleep 0.01; done
+awaited "$tool" holds_nothing "$target"
 kill -TERM "$tool"
 wait "$tool" || echo "exit $?"
 cat err

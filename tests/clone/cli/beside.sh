@@ -23,7 +23,7 @@ for i in 1 2 3 4 5 6; do
     tool=$!
     status=0
     "$KESTRO_CLONE" --write-custom-file "kim://a.kim/file$i" "file$i" 2>err2 || status=$?
-    wait "$tool" || grep -v 'in use by another run' err1
+    wait "$tool" || grep -v 'in use by another run' err1 || true
     if [ "$status" = 0 ]; then
         "$KESTRO_CLONE" --read-custom-file "kim://a.kim/file$i" copy
         cmp copy "file$i"

@@ -20,4 +20,4 @@ sgdisk -v "$target" | grep -o 'No problems found'
 parts_listing "$target" "1 2" ro | diff before - && echo identical
 cmp <(tail -c +133120001 "$source" | head -c 4194304) <(tail -c +133120001 "$target" | head -c 4194304) &&
     echo "same unknown content"
-losetup -l -n -O BACK-FILE | grep -c "^$source" || true
+losetup -l -n -O BACK-FILE | grep -cx "$source" || true

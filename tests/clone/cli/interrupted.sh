@@ -6,7 +6,7 @@
 # ended PID: how it ended; it is killed when that takes long.
 ended() {
     local status=0
-    for ((i = 0; i < 500; i++)); do kill -0 "$1" 2>/dev/null || break; sleep 0.01; done
+    for ((i = 0; i < 3000; i++)); do kill -0 "$1" 2>/dev/null || break; sleep 0.01; done
     kill -KILL "$1" 2>/dev/null && echo "had to be killed"
     wait "$1" || status=$?
     echo "exit $status"
@@ -21,7 +21,7 @@ printf '#!/bin/sh\ntouch asked\nsleep 1\nseq 1 100000\n' >programs/partclone.fat
 chmod +x programs/partclone.fat
 PATH=$T/programs:$PATH "$KESTRO_CLONE" --tui "$source" a.kim >/dev/null 2>err &
 tool=$!
-until [ -e asked ]; do sleep 0.01; done
+awaited "$tool" test -e asked
 sleep 0.2
 kill -TERM "$tool"
 ended "$tool"
@@ -32,7 +32,7 @@ unmounting() {
     ASAN_OPTIONS=detect_leaks=0 strace -D -f -qq -o calls -e trace=umount2 -e inject=umount2:delay_enter=3000000 \
         "$KESTRO_CLONE" --tui "$@" >/dev/null 2>err &
     tool=$!
-    until grep -q umount2 calls 2>/dev/null; do sleep 0.01; done
+    awaited "$tool" grep -qs umount2 calls
 }
 
 # Between the check of the image and the first write.

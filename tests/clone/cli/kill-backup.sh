@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash disable=SC2154
-# needs: root
+# needs: root strace
 # Killed at a random moment, a backup leaves an image that is good or one that nobody takes for good.
 rounds=8
 [ "${KESTRO_LONG:-0}" = 0 ] || rounds=50
@@ -25,12 +25,15 @@ for ((round = 0; round < rounds; round++)); do
 done
 figures "$rounds kills within $took µs: $missing left no image, $incomplete an invalid one, $good a good one"
 echo "good-looking bad images: $bad"
+[ "$good" -lt "$rounds" ] && echo "killed at work"
 # What a killed run left is no obstacle.
 kc --tui "$source" b.kim
 kc --verify b.kim
 # An older image stays in force until the new one is complete.
-"$KESTRO_CLONE" --tui "$source" a.kim >/dev/null 2>&1 &
-tool=$!
-sleep 0.1
+before=$(stat -c %i a.kim)
+slowly --tui "$source" a.kim
+begun_beside() { larger "$(compgen -G 'a.kim.new-*')" 2000000; }
+awaited "$tool" begun_beside
 { kill -KILL "$tool"; wait "$tool"; } 2>/dev/null || true
+[ "$before" = "$(stat -c %i a.kim)" ] && begun_beside && echo "killed beside the older one"
 kc --verify a.kim

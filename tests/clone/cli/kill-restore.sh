@@ -30,5 +30,6 @@ for ((round = 0; round < rounds; round++)); do
 done
 figures "$rounds kills within $took µs: $old left the device as it was, $nothing looking like nothing, $whole whole"
 echo "good-looking bad devices: $bad"
+[ "$whole" -lt "$rounds" ] && echo "killed at work"
 kc --tui a.kim "$target"
 e2fsck -fn "$target" >/dev/null 2>&1 && echo clean

@@ -13,9 +13,13 @@ declare -A attached=()
 
 clean_up() {
     local item
+    end_jobs
+    for item in "${!attached[@]}"; do swapoff "$item" 2>/dev/null || true; done
     # Twice: a loop device may stand for a file on one of the mounts.
     for _ in 1 2; do
         for ((item = ${#mounts[@]} - 1; item >= 0; item--)); do
+            # A frozen file system keeps its device for ever.
+            ! mountpoint -q -- "${mounts[item]}" || fsfreeze -u "${mounts[item]}" 2>/dev/null || true
             umount -q -- "${mounts[item]}" 2>/dev/null || true
         done
         for item in "${!attached[@]}"; do
@@ -26,6 +30,16 @@ clean_up() {
     rm -rf --one-file-system -- "$T"
 }
 trap clean_up EXIT
+
+# What a case that failed left in the background, stopped or not, would keep its devices busy.
+end_jobs() {
+    local job
+    for job in $(jobs -rp); do
+        # Else the shell would tell of its end where the case's output is.
+        disown "$job"
+        kill -KILL "$job" 2>/dev/null || true
+    done
+}
 
 # Names of this run become names that are the same in every run.
 same_every_time() {
@@ -72,6 +86,11 @@ poison() {
 # is_poison DEVICE: true when no byte of it was changed since.
 is_poison() {
     cmp -s "$1" <(head -c "$(blockdev --getsize64 "$1")" /dev/zero | tr '\0' '\245')
+}
+
+# holds_nothing DEVICE: true when nobody would take its content for anything.
+holds_nothing() {
+    [ -z "$(blkid -p "$1")" ]
 }
 
 # flip FILE POSITION [MASK]: changes bits of one byte.
@@ -135,6 +154,46 @@ progress_holds() {
     awk '$NF !~ /^[0-9]+\.[0-9][0-9]%$/ || $NF + 0 < last { bad = 1 }
          { last = $NF + 0 }
          END { exit bad }' "$1"
+}
+
+# given_up TEXT…: ends the case as failed.
+given_up() {
+    echo "given up: $*"
+    exit 1
+}
+
+# awaited PID COMMAND…: returns when the command succeeds. The case fails when the process ends before, or a minute has
+# passed.
+awaited() {
+    local process=$1 deadline=$((SECONDS + 60))
+    shift
+    until "$@"; do
+        kill -0 "$process" 2>/dev/null || given_up "the process ended before: $*"
+        [ "$SECONDS" -lt "$deadline" ] || given_up "waited too long for: $*"
+        sleep 0.005
+    done
+}
+
+# larger FILE BYTES
+larger() {
+    [ "$(stat -c %s -- "$1" 2>/dev/null || echo 0)" -gt "$2" ]
+}
+
+# grown FILE BYTES PID: returns when the process, which still runs, has made the file larger than that.
+grown() {
+    awaited "$3" larger "$1" "$2"
+    kill -0 "$3" 2>/dev/null || given_up "the process ended too early: $1"
+}
+
+# slowly ARGUMENTS…: starts the program in a process group of its own, with its standard error in err and its process in
+# the variable tool. Each thread's second write takes seconds, so that what happens next finds it at work.
+# shellcheck disable=SC2034 # cases use the variable
+slowly() {
+    # The tracer stands apart, where no signal to that group reaches it, and says nothing where the program does.
+    # shellcheck disable=SC2016 # for the inner shell
+    ASAN_OPTIONS=detect_leaks=0 setsid strace -DD -f -qq -o /dev/null -e trace=pwritev \
+        -e inject=pwritev:delay_enter=5000000:when=2 sh -c 'exec "$@" 2>err' sh "$KESTRO_CLONE" "$@" >/dev/null 2>&1 &
+    tool=$!
 }
 
 # random_moment MICROSECONDS: sleeps for a random time that is a little longer than that at most.

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash disable=SC2154
-# needs: root setcap python3
+# needs: root setcap python3 strace fsfreeze
 # A source that is mounted read-write stands still while it is read, and is thawed on every way out.
 device source 160M
 device target 160M
@@ -22,9 +22,9 @@ umount m2
 # Killed at once, and with its whole group: somebody else thaws.
 for signal in TERM KILL; do
     rm -f b.kim
-    setsid "$KESTRO_CLONE" --tui "$source" b.kim >/dev/null 2>err &
-    tool=$!
-    for ((i = 0; i < 400; i++)); do [ -s b.kim ] && [ "$(stat -c %s b.kim)" -gt 2000000 ] && break; sleep 0.005; done
+    slowly --tui "$source" b.kim
+    grown b.kim 2000000 "$tool"
+    fsfreeze -f m 2>/dev/null || echo "stands still"
     kill "-$signal" -- "-$tool"
     { wait "$tool" || echo "ended by $signal"; } 2>/dev/null
     cat err

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash disable=SC2154
-# needs: root mkfs.ntfs ntfs-3g partclone.ntfs fsfreeze
+# needs: root mkfs.ntfs ntfs-3g partclone.ntfs fsfreeze strace
 # How mounted sources are held: read-only where they cannot be frozen, and set going again on every way out; what
 # somebody else froze stays frozen; a mount that another one hides is found at its other place, or refused.
 device source 96M
@@ -15,16 +15,15 @@ reader
 "$KESTRO_CLONE" --kim-info --json a.kim | grep -oE '"(frozen|needsRecovery)": .*'
 [ "$(stat -c %s a.kim)" -lt 75000000 ] && echo "only what is used"
 touch m/new && echo writable
+is_writable() { touch m/new 2>/dev/null; }
 for signal in TERM KILL; do
     rm -f b.kim
-    setsid "$KESTRO_CLONE" --tui "$source" b.kim >/dev/null 2>err &
-    tool=$!
-    for ((i = 0; i < 400; i++)); do [ -s b.kim ] && [ "$(stat -c %s b.kim)" -gt 2000000 ] && break; sleep 0.005; done
-    touch m/new 2>/dev/null || echo "read-only"
+    slowly --tui "$source" b.kim
+    grown b.kim 2000000 "$tool"
+    is_writable || echo "read-only"
     kill "-$signal" -- "-$tool"
     { wait "$tool" || echo "ended by $signal"; } 2>/dev/null
-    for ((i = 0; i < 100; i++)); do touch m/new 2>/dev/null && break; sleep 0.02; done
-    touch m/new && echo writable
+    awaited $$ is_writable && echo writable
 done
 exec 8>m/open
 kc --tui "$source" b.kim | sed "s#$T#T#"
@@ -41,11 +40,8 @@ mkfs.ext4 -q "$other"
 mounted "$other" m
 fsfreeze -f m
 kc --tui "$other" c.kim
-touch m/new &
-sleep 0.5
-[ -e m/new ] || echo "still frozen"
+fsfreeze -f m 2>/dev/null || echo "still frozen"
 fsfreeze -u m
-wait
 mount -t tmpfs none m
 mounts+=(m)
 kc --tui "$other" c.kim

@@ -37,6 +37,6 @@ open("claimed", "w").close()
 time.sleep(60)
 PY
 holder=$!
-until [ -e claimed ]; do sleep 0.05; done
+awaited "$holder" test -e claimed
 kc --tui a.kim "$target"
 kill "$holder"

@@ -26,7 +26,7 @@ head -c 200000000 /dev/urandom | dd of="$source" bs=1M iflag=fullblock conv=notr
 kc --tui "$source" b.kim
 "$KESTRO_CLONE" --tui b.kim "$target" >/dev/null 2>err &
 tool=$!
-while [ -n "$(blkid -p "$target")" ]; do sleep 0.005; done
+awaited "$tool" holds_nothing "$target"
 kill -TERM "$tool"
 wait "$tool" || echo "exit $?"
 cat err

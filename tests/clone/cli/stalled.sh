@@ -1,20 +1,23 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash disable=SC2154
-# needs: root mkfs.ntfs ntfs-3g
+# needs: root mkfs.ntfs ntfs-3g strace fsfreeze
 # A mounted source does not stand still for ever: when the run gives no sign of life the source is set going again, and
 # the backup fails.
 device source 96M
 
-# held FOLDER: what a process sees that holds a file system and says nothing, or says that it goes on.
+is_writable() { timeout 5 touch m/new 2>/dev/null; }
+
+# held: what a process sees that holds a file system and says nothing, or says that it goes on.
 held() {
-    "$KESTRO_CLONE_PROGRAMS/standstill" "$T/m" silent >silent &
+    rm -f said
+    "$KESTRO_CLONE_PROGRAMS/standstill" "$T/m" silent >said &
     local holder=$!
-    sleep 2
-    timeout 5 touch m/new && echo "writable while it says nothing"
+    awaited "$holder" grep -qx held said
+    awaited "$holder" is_writable && kill -0 "$holder" && echo "writable while it says nothing"
     wait "$holder"
-    same_every_time <silent
+    same_every_time <said
     "$KESTRO_CLONE_PROGRAMS/standstill" "$T/m" beating | same_every_time
-    timeout 5 touch m/new && echo writable
+    is_writable && echo writable
 }
 
 mkfs.ntfs -q -F "$source" 2>/dev/null
@@ -31,12 +34,12 @@ held
 seconds=2 wanted=0
 [ "${KESTRO_LONG:-0}" = 0 ] || seconds=130 wanted=16
 wrong=0
-"$KESTRO_CLONE" --tui "$source" a.kim >/dev/null 2>err &
-tool=$!
-for ((i = 0; i < 400; i++)); do [ -s a.kim ] && [ "$(stat -c %s a.kim)" -gt 2000000 ] && break; sleep 0.005; done
+slowly --tui "$source" a.kim
+grown a.kim 2000000 "$tool"
 kill -STOP "$tool"
+! fsfreeze -f m 2>/dev/null || wrong=4
 sleep "$seconds"
-[ "$wanted" = 0 ] || timeout 5 touch m/new || wrong=1
+[ "$wanted" = 0 ] || is_writable || wrong=1
 kill -CONT "$tool"
 status=0
 wait "$tool" || status=$?
@@ -45,4 +48,4 @@ status=0
 "$KESTRO_CLONE" --kim-info a.kim >/dev/null 2>&1 || status=3
 [ "$status" = $((wanted == 0 ? 0 : 3)) ] || wrong=3
 echo "wrong: $wrong"
-timeout 5 touch m/new && echo writable
+is_writable && echo writable

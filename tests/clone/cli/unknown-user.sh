@@ -26,7 +26,7 @@ os.open(sys.argv[1], os.O_RDONLY | os.O_EXCL)
 print(flush=True)
 time.sleep(float(sys.argv[2]))' "$source"p2 "$1" >kept &
     local keeper=$!
-    until [ -s kept ]; do sleep 0.01; done
+    awaited "$keeper" test -s kept
     shift
     "$@"
     kill "$keeper" 2>/dev/null || true

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash disable=SC2154
-# needs: root sfdisk partx mkfs.vfat
+# needs: root sfdisk partx mkfs.vfat strace
 # A run on a disk and one on a partition of it exclude each other; two partitions do not.
 device source 64M
 printf 'label: gpt\nsize=24M\nsize=24M\n' | sfdisk -q --no-reread --no-tell-kernel "$source"
@@ -52,9 +52,8 @@ timeout 5 touch m/thawed && echo thawed
 # And while it is read.
 head -c 18M /dev/urandom >m2/noise
 umount m2
-"$KESTRO_CLONE" --tui "$source" later.kim >/dev/null 2>err &
-tool=$!
-until [ "$(stat -c %s later.kim 2>/dev/null || echo 0)" -gt 2000000 ]; do sleep 0.005; done
+slowly --tui "$source" later.kim
+grown later.kim 2000000 "$tool"
 kill -STOP "$tool"
 mount "${parts[1]}" m2
 kill -CONT "$tool"
