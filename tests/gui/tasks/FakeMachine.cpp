@@ -36,6 +36,18 @@ constexpr std::array devices{
     DeviceRow{"sdc"_L1, {}, {}, "DISK_C"_L1, {}},
 };
 
+/// The product runs without root's rights. Looking at an image is the one call that needs none of them.
+void keepRightsOfRoot(FakePrograms& programs)
+{
+    for (const QString& program : {u"blkid"_s, u"chattr"_s, u"cp"_s, u"find"_s, u"fsck"_s, u"mkdir"_s, u"mkswap"_s,
+             u"poweroff"_s, u"reboot"_s, u"rm"_s, u"sed"_s, u"setfacl"_s, u"tar"_s}) {
+        programs.needsRoot({program});
+    }
+    for (const QString& option : {u"--tui"_s, u"--verify"_s, u"--read-custom-file"_s, u"--write-custom-file"_s}) {
+        programs.needsRoot({u"kestro-clone"_s, option});
+    }
+}
+
 void writeInstalledSystem()
 {
     Sandbox::setKernelCommandLine("BOOT_IMAGE=/boot/vmlinuz root=UUID=ROOT quiet\n");
@@ -68,6 +80,7 @@ FakeMachine::FakeMachine()
         udisks.addDevice(device(row.name));
     }
     writeInstalledSystem();
+    keepRightsOfRoot(programs);
     for (const QString& script : {u"resetEFI"_s, u"reset-grub"_s}) {
         programs.reply({scripts + script});
     }
