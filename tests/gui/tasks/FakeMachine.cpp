@@ -48,6 +48,17 @@ void keepRightsOfRoot(FakePrograms& programs)
     }
 }
 
+/// What the product looks for in the running system's own folders, which are not among the sandbox's private ones.
+void emptyRunningSystem()
+{
+    Sandbox::requireInside();
+    for (const QString& path : {u"/backup"_s, u"/etc/kestro"_s, u"/usr/lib/kestro"_s}) {
+        if (!QDir(path).removeRecursively()) {
+            qFatal("cannot remove %s", qPrintable(path));
+        }
+    }
+}
+
 void writeInstalledSystem()
 {
     Sandbox::setKernelCommandLine("BOOT_IMAGE=/boot/vmlinuz root=UUID=ROOT quiet\n");
@@ -73,6 +84,7 @@ FakeMachine::FakeMachine()
     : m_formerDirectory(QDir::currentPath())
 {
     Sandbox::reset();
+    emptyRunningSystem();
     for (const QString& drive : {u"DISK_A"_s, u"DISK_B"_s, u"DISK_C"_s}) {
         udisks.addDrive(drive);
     }

@@ -316,7 +316,6 @@ void SystemRestoreTaskTest::unknownRootPartition()
     Sandbox::setKernelCommandLine("quiet\n");
     Sandbox::writeFile(u"/etc/kestro/system-recovery.conf"_s, "UUID=RECOVERY\n");
     QCOMPARE(reset.outcome(true), u"finished"_s);
-    QFile::remove(u"/etc/kestro/system-recovery.conf"_s);
     QVERIFY(!QFile::exists(u"/media/DATA/home/alice"_s));
     QVERIFY(QFile::exists(u"/media/DATA/photos/1.jpg"_s) && QFile::exists(u"/media/DATA/opt/app"_s));
 }
