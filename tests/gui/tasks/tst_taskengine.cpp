@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -160,7 +161,11 @@ void TaskEngineTest::failedJob()
     QCOMPARE(watched.failures[0][0].toString(), u"/recovery/kestro-recovery-gui.log"_s);
     QVERIFY(watched.task.isFailed());
     watched.task.start();
-    QTest::qWait(100);
+    const auto jobs = watched.task.findChildren<QProcess*>();
+    QCOMPARE(jobs.size(), 2);
+    for (const QProcess* process : jobs) {
+        QCOMPARE(process->state(), QProcess::NotRunning);
+    }
     QCOMPARE(machine.programs.callLines().size(), 1);
     QCOMPARE(watched.taskFinished.size(), 0);
     QVERIFY(machine.log.find(u"is error: true"_s).line > 0);
