@@ -44,7 +44,6 @@ private Q_SLOTS:
     void archivesInOrder();
     void environmentOfJobs();
     void imageAndTwoArchives();
-    void laterImageShowsOnlyWhatIsHigher();
     void laterTaskShowsOnlyWhatIsHigher();
     void failedJob_data();
     void failedJob();
@@ -104,22 +103,6 @@ void TaskEngineTest::imageAndTwoArchives()
     // Past 100 for the second of three jobs: deliberate, the indicator limits it.
     QCOMPARE(watched.percentList(), (QList<int>{33, 67, 132, 99}));
     QCOMPARE(machine.programs.callLines().constFirst(), u"sudo kestro-clone --tui /dev/sda3 /t/system.kim"_s);
-}
-
-void TaskEngineTest::laterImageShowsOnlyWhatIsHigher()
-{
-    FakeMachine machine;
-    machine.programs.reply({u"kestro-clone"_s}, {.out = "80.00%"});
-    machine.programs.reply({u"kestro-clone"_s}, {.out = "30.00%"});
-    machine.programs.reply({u"kestro-clone"_s}, {.out = "nonsense"});
-    Watched watched;
-    for (const QString& name : {u"a"_s, u"b"_s, u"c"_s}) {
-        watched.task.addJob(u"/dev/"_s + name, u"/t/"_s + name, JobType::Clone);
-    }
-    watched.task.start();
-    QTRY_VERIFY_WITH_TIMEOUT(watched.hasEnded(), patience);
-    // 80/3 rounds to 27; 30·2/3 and 0 stay below it.
-    QCOMPARE(watched.percentList(), (QList<int>{27, 27, 27}));
 }
 
 void TaskEngineTest::laterTaskShowsOnlyWhatIsHigher()
