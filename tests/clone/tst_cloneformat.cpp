@@ -23,6 +23,21 @@ namespace {
 
 constexpr std::uint64_t mib = 1U << 20U;
 
+/// Names of faults, each with what puts it into a good thing.
+template <class Thing>
+using Faults = std::vector<std::pair<const char*, std::function<void(Thing&)>>>;
+
+template <class Thing>
+void eachFaultShows(const Thing& good, const Faults<Thing>& faults, const std::function<bool(const Thing&)>& isGood)
+{
+    check(isGood(good), "nothing is wrong yet");
+    for (const auto& [name, spoil] : faults) {
+        Thing spoiled = good;
+        spoil(spoiled);
+        check(!isGood(spoiled), name);
+    }
+}
+
 RootRecord completeRoot()
 {
     return {7, true, 20 * mib, {16 * mib, 8192, 1}, {18 * mib, 4096, 4}, {17 * mib, 4096, 2}, {12288, 4096, 3}};
@@ -48,7 +63,7 @@ void everyBitOfHeaderAndRootCounts()
 
 void rootsWithWrongNumbersAreRefused()
 {
-    const std::vector<std::pair<const char*, std::function<void(RootRecord&)>>> cases{
+    const Faults<RootRecord> faults{
         {"index behind the end", [](RootRecord& r) { r.index.position = 20 * mib; }},
         {"index wraps around", [](RootRecord& r) { r.index.position = ~std::uint64_t{4095}; }},
         {"index larger than the file", [](RootRecord& r) { r.index.size = 24 * mib; }},
@@ -66,11 +81,8 @@ void rootsWithWrongNumbersAreRefused()
                 r = {1, false, 4096, {}, {}, {}, {}};
             }},
     };
-    for (const auto& [name, spoil] : cases) {
-        RootRecord root = completeRoot();
-        spoil(root);
-        check(!decodeRoot(encodeRoot(root, {}), {}).has_value(), name);
-    }
+    eachFaultShows<RootRecord>(completeRoot(), faults,
+        [](const RootRecord& root) { return decodeRoot(encodeRoot(root, {}), {}).has_value(); });
 }
 
 ImageIndex goodIndex()
@@ -80,8 +92,7 @@ ImageIndex goodIndex()
 
 void extentsWithWrongNumbersAreRefused()
 {
-    check(areExtentsValid(goodIndex()), "a good index");
-    const std::vector<std::pair<const char*, std::function<void(ImageIndex&)>>> cases{
+    const Faults<ImageIndex> faults{
         {"extent behind the end", [](ImageIndex& i) { i.extents[2].length = 1024; }},
         {"extent wraps around",
             [](ImageIndex& i) {
@@ -94,11 +105,7 @@ void extentsWithWrongNumbersAreRefused()
         {"extent not aligned", [](ImageIndex& i) { i.extents[1].offset += 512; }},
         {"end not aligned", [](ImageIndex& i) { i.extents[1].length -= 512; }},
     };
-    for (const auto& [name, spoil] : cases) {
-        ImageIndex index = goodIndex();
-        spoil(index);
-        check(!areExtentsValid(index), name);
-    }
+    eachFaultShows<ImageIndex>(goodIndex(), faults, areExtentsValid);
 }
 
 using Records = std::vector<ChunkRecord>;
@@ -113,8 +120,7 @@ void recordsWithWrongNumbersAreRefused()
 {
     const Records good{{}, {12288, 5000, Codec::Zstd, 1, 2}, {20480, 1 << 20, Codec::Stored, 1, 2},
         {mib * 2, 512, Codec::Stored, 1, 2}};
-    check(areRecordsGood(good), "good records");
-    const std::vector<std::pair<const char*, std::function<void(Records&)>>> cases{
+    const Faults<Records> faults{
         {"a chunk too many", [](Records& r) { r.push_back({}); }},
         {"chunk in the head", [](Records& r) { r[1].position = 4096; }},
         {"chunk behind the end", [](Records& r) { r[1].position = 8 * mib; }},
@@ -126,11 +132,7 @@ void recordsWithWrongNumbersAreRefused()
         {"unknown codec", [](Records& r) { r[1].codec = static_cast<Codec>(3); }},
         {"zeros with bytes", [](Records& r) { r[0].storedSize = 1; }},
     };
-    for (const auto& [name, spoil] : cases) {
-        Records records = good;
-        spoil(records);
-        check(!areRecordsGood(records), name);
-    }
+    eachFaultShows<Records>(good, faults, areRecordsGood);
 }
 
 void indexHeadersWithWrongCountsAreRefused()

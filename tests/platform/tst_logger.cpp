@@ -29,19 +29,22 @@ QStringList linesOf(const QString& path)
     return open ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts) : QStringList();
 }
 
+/// When the test function began, lest midnight comes between two of its steps.
+QDateTime beginning;
+
 void writeFileOfDay(const QString& path, const QByteArray& content, int daysAgo)
 {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(content);
     QVERIFY(file.flush());
-    const QDateTime day = QDateTime::currentDateTime().addDays(-daysAgo);
+    const QDateTime day = beginning.addDays(-daysAgo);
     QVERIFY(file.setFileTime(day, QFileDevice::FileModificationTime));
 }
 
 QString dayBefore(int days)
 {
-    return QDate::currentDate().addDays(-days).toString(u"yyyy-MM-dd"_s);
+    return beginning.addDays(-days).toString(u"yyyy-MM-dd"_s);
 }
 
 } // namespace
@@ -106,6 +109,7 @@ void LoggerTest::initTestCase()
 
 void LoggerTest::init()
 {
+    beginning = QDateTime::currentDateTime();
     m_folder = std::make_unique<QTemporaryDir>();
     m_following->target = std::make_unique<RollingFileAppender>(path());
     m_following->target->setDatePattern(RollingFileAppender::DatePattern::DailyRollover);

@@ -85,10 +85,7 @@ FakePrograms::FakePrograms()
 FakePrograms::~FakePrograms()
 {
     qputenv("PATH", m_formerPath);
-    const QStringList unexpected = unexpectedLines();
-    if (unexpected.size() > m_judged.size()) {
-        QTest::qFail(qPrintable(u"calls that nobody prepared:\n"_s + unexpected.join(u'\n')), __FILE__, __LINE__);
-    }
+    failOfUnexpected();
 }
 
 void FakePrograms::reply(const QStringList& call, const Reply& reply)
@@ -119,6 +116,11 @@ void FakePrograms::passThrough(const QStringList& call)
         qFatal("refused: \"%s\" never runs for real in a test", qPrintable(call.join(u' ')));
     }
     writeOrDie(ruleFolder(call) + u"/pass"_s, {});
+}
+
+void FakePrograms::needsRoot(const QStringList& call)
+{
+    m_needRoot << call;
 }
 
 void FakePrograms::installAt(const QString& absolutePath)
@@ -164,10 +166,7 @@ QStringList FakePrograms::unexpectedCalls()
 void FakePrograms::forgetCalls()
 {
     // A call that nobody prepared must not be forgotten unseen.
-    const QStringList unexpected = unexpectedLines();
-    if (unexpected.size() > m_judged.size()) {
-        QTest::qFail(qPrintable(u"calls that nobody prepared:\n"_s + unexpected.join(u'\n')), __FILE__, __LINE__);
-    }
+    failOfUnexpected();
     m_judged.clear();
     QDir(path(u"calls"_s)).removeRecursively();
     makeFolderOrDie(path(u"calls"_s));
@@ -187,11 +186,26 @@ QStringList FakePrograms::unexpectedLines() const
 {
     QStringList lines;
     for (const QString& folder : callFolders()) {
-        if (QFile::exists(folder + u"/unexpected"_s)) {
-            lines << splitAtNul(readAll(folder + u"/words"_s)).join(u' ');
+        const QStringList call = splitAtNul(readAll(folder + u"/words"_s));
+        if (QFile::exists(folder + u"/unexpected"_s) || lacksSudo(call)) {
+            lines << call.join(u' ');
         }
     }
     return lines;
+}
+
+bool FakePrograms::lacksSudo(const QStringList& call) const
+{
+    return std::any_of(m_needRoot.begin(), m_needRoot.end(),
+        [&call](const QStringList& beginning) { return call.first(qMin(call.size(), beginning.size())) == beginning; });
+}
+
+void FakePrograms::failOfUnexpected() const
+{
+    const QStringList unexpected = unexpectedLines();
+    if (unexpected.size() > m_judged.size()) {
+        QTest::qFail(qPrintable(u"calls that nobody prepared:\n"_s + unexpected.join(u'\n')), __FILE__, __LINE__);
+    }
 }
 
 QString FakePrograms::ruleFolder(const QStringList& call)

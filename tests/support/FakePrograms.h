@@ -11,7 +11,8 @@
 /// Each call is recorded and answered as the test prepared it. A call that nobody prepared ends with exit code 127 and
 /// fails the test, at the latest when the object is destroyed. "sudo" is always a fake: it answers as the program in
 /// its first argument was told to, with or without an absolute path, and is recorded as one call. A program that the
-/// product starts by its absolute path and without sudo is faked with installAt().
+/// product starts by its absolute path and without sudo is faked with installAt(). What only root may do is told with
+/// needsRoot(), because a rule without "sudo" answers a direct call as well.
 ///
 /// The fakes know their folder from their own path, so they work in an empty environment too.
 class FakePrograms
@@ -48,6 +49,9 @@ public:
     /// process.
     void passThrough(const QStringList& call);
 
+    /// Makes a call that begins so, without sudo, count as one that nobody prepared, whatever rule answers it.
+    void needsRoot(const QStringList& call);
+
     /// Puts a fake at an absolute path of the sandbox; its calls carry that path as the program.
     void installAt(const QString& absolutePath);
 
@@ -72,11 +76,14 @@ private:
     [[nodiscard]] QString path(const QString& relative) const { return m_folder.filePath(relative); }
     [[nodiscard]] QStringList callFolders() const;
     [[nodiscard]] QStringList unexpectedLines() const;
+    [[nodiscard]] bool lacksSudo(const QStringList& call) const;
+    void failOfUnexpected() const;
     [[nodiscard]] QString ruleFolder(const QStringList& call);
     void addProgram(const QString& name) const;
 
     QTemporaryDir m_folder;
     QByteArray m_formerPath;
     QList<QStringList> m_rules;
+    QList<QStringList> m_needRoot;
     QStringList m_judged;
 };

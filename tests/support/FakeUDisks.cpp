@@ -51,9 +51,9 @@ QString FakeUDisks::drivePath(const QString& drive)
     return u"/org/freedesktop/UDisks2/drives/"_s + drive;
 }
 
-void FakeUDisks::addDrive(const QString& name, bool removable)
+void FakeUDisks::addDrive(const QString& name)
 {
-    m_objects->addDrive(name, removable);
+    m_objects->addDrive(name);
 }
 
 void FakeUDisks::addDevice(const Device& device)

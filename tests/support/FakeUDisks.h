@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QByteArrayList>
-#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QThread>
@@ -23,8 +22,7 @@ public:
     /// One block device. Devices are named by their last path element, for example "sda3".
     struct Device
     {
-        QString name = {};               ///< object path "/org/freedesktop/UDisks2/block_devices/NAME"
-        QString node = {};               ///< device node; empty means "/dev/NAME"
+        QString name = {};               ///< of the node "/dev/NAME", and last in the object path
         QString idUUID = {};             ///< empty for whole disks and unformatted partitions
         QString idType = {};             ///< "ext4", "crypto_LUKS", …; empty when unformatted
         QString drive = {};              ///< a drive's name given to addDrive(); empty gives "/" (no drive)
@@ -35,9 +33,6 @@ public:
         QString unmountError = {};       ///< when not null, Unmount fails with this text
         int mountDelayMs = 0;            ///< how long Mount takes
         bool filesystem = true;          ///< whether the device has the Filesystem interface; never without an idType
-
-        /// Properties that replace or add to the listed ones, by interface ("org.freedesktop.UDisks2.Block", …).
-        QMap<QString, QVariantMap> properties = {};
     };
 
     /// One recorded call.
@@ -59,7 +54,7 @@ public:
     /// The object path of a drive, for example "/org/freedesktop/UDisks2/drives/DISK".
     [[nodiscard]] static QString drivePath(const QString& drive);
 
-    void addDrive(const QString& name, bool removable = false);
+    void addDrive(const QString& name);
 
     /// Adds the device or, when there is one of that name, replaces it.
     void addDevice(const Device& device);

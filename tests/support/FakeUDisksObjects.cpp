@@ -70,7 +70,7 @@ QByteArrayList withNul(const QByteArrayList& texts)
 
 QString nodeOf(const FakeUDisks::Device& device)
 {
-    return device.node.isEmpty() ? u"/dev/"_s + device.name : device.node;
+    return u"/dev/"_s + device.name;
 }
 
 bool hasFilesystem(const FakeUDisks::Device& device)
@@ -93,9 +93,6 @@ Interfaces interfacesOf(const FakeUDisks::Device& device)
     if (hasFilesystem(device)) {
         interfaces[filesystemInterface] = {{u"MountPoints"_s, QVariant::fromValue(withNul(device.mountPoints))}};
     }
-    for (auto replaced = device.properties.begin(); replaced != device.properties.end(); ++replaced) {
-        interfaces[replaced.key()].insert(*replaced);
-    }
     return interfaces;
 }
 
@@ -108,10 +105,10 @@ void registerFakeUDisksTypes()
     qDBusRegisterMetaType<QByteArrayList>();
 }
 
-void FakeUDisksObjects::addDrive(const QString& name, bool removable)
+void FakeUDisksObjects::addDrive(const QString& name)
 {
     const QMutexLocker lock(&m_mutex);
-    m_drives[name] = removable;
+    m_drives << name;
 }
 
 void FakeUDisksObjects::addDevice(const FakeUDisks::Device& device)
@@ -240,7 +237,7 @@ QVariant FakeUDisksObjects::allObjects() const
         const QString path = FakeUDisks::objectPath(device.name);
         listed.objects << std::pair(path, interfacesAt(path));
     }
-    for (const QString& drive : m_drives.keys()) {
+    for (const QString& drive : m_drives) {
         listed.objects << std::pair(FakeUDisks::drivePath(drive), interfacesAt(FakeUDisks::drivePath(drive)));
     }
     return QVariant::fromValue(listed);
@@ -259,9 +256,9 @@ Interfaces FakeUDisksObjects::interfacesAt(const QString& path) const
             return interfaces;
         }
     }
-    for (auto drive = m_drives.begin(); drive != m_drives.end(); ++drive) {
-        if (FakeUDisks::drivePath(drive.key()) == path) {
-            return {{driveInterface, {{u"Id"_s, drive.key()}, {u"Removable"_s, *drive}}}};
+    for (const QString& drive : m_drives) {
+        if (FakeUDisks::drivePath(drive) == path) {
+            return {{driveInterface, {{u"Id"_s, drive}}}};
         }
     }
     return {};

@@ -18,7 +18,7 @@ class FakeUDisksObjects : public QDBusVirtualObject
 public:
     using Interfaces = QMap<QString, QVariantMap>;
 
-    void addDrive(const QString& name, bool removable);
+    void addDrive(const QString& name);
     void addDevice(const FakeUDisks::Device& device);
     void setObjectsAnswer(const QVariant& answer);
     [[nodiscard]] QStringList mountPoints(const QString& device) const;
@@ -38,7 +38,7 @@ private:
 
     mutable QMutex m_mutex;
     QList<FakeUDisks::Device> m_devices;
-    QMap<QString, bool> m_drives; ///< name → removable
+    QStringList m_drives;
     QList<FakeUDisks::Call> m_calls;
     QVariant m_answer;
 };

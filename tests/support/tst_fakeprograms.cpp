@@ -36,6 +36,7 @@ private Q_SLOTS:
     void sudo();
     void passesThrough();
     void unpreparedCallIsAnError();
+    void rootsCallsNeedSudo();
     void unpreparedCallFailsTheTest();
     void dangerousProgramsNeverPass();
 };
@@ -92,6 +93,20 @@ void FakeProgramsTest::unpreparedCallIsAnError()
         QVERIFY(ended.err.contains(call.join(u' ').toUtf8()));
     }
     QCOMPARE(fakes.unexpectedCalls(), QStringList({u"sudo reboot -f"_s, u"mkswap"_s, u"tar -xpf"_s, u"sudo"_s}));
+}
+
+void FakeProgramsTest::rootsCallsNeedSudo()
+{
+    FakePrograms fakes;
+    fakes.reply({u"kestro-clone"_s});
+    fakes.needsRoot({u"kestro-clone"_s, u"--tui"_s});
+    for (const QStringList& call : {QStringList{u"sudo"_s, u"kestro-clone"_s, u"--tui"_s, u"x"_s},
+             QStringList{u"kestro-clone"_s, u"--kim-info"_s}, QStringList{u"kestro-clone"_s}}) {
+        QCOMPARE(runProgram(call).code, 0);
+    }
+    QCOMPARE(fakes.unexpectedCalls(), QStringList());
+    QCOMPARE(runProgram({u"kestro-clone"_s, u"--tui"_s, u"x"_s}).code, 0);
+    QCOMPARE(fakes.unexpectedCalls(), QStringList{u"kestro-clone --tui x"_s});
 }
 
 // Run in a process of its own, because the failure is what is wanted.

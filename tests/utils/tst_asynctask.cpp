@@ -254,14 +254,11 @@ void AsyncTaskTest::startedFlagIsWaitedFor()
 void AsyncTaskTest::waitingCanBeStopped()
 {
     AsyncTask task(3);
-    QElapsedTimer timer;
-    timer.start();
     const QStringList reports = reportsOf(task, [&task] {
         QThread::msleep(200);
         task.stop();
     });
     QCOMPARE(reports, QStringList{});
-    QVERIFY(timer.elapsed() < 10000);
 
     AsyncTask destroyedWhileWaiting(3);
     destroyedWhileWaiting.start();

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QTest>
 
+#include <functional>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -247,20 +248,23 @@ void DeviceTest::manyThreads()
 {
     prepare(u"composed-luks-lvm.txt"_s, u"composed-luks-lvm.txt"_s);
     m_programs->reply({u"df"_s}, "/dev/sda1 vfat 5 3 2 60% /boot/efi\n");
-    const auto work = [] {
+    const auto work = [](bool& isAlwaysFound) {
         for (int round = 0; round < 3; ++round) {
             bool isEncrypted = false;
             bool flag = false;
             Device::isLvm({}, isEncrypted, flag);
             Device::updateUsageFromDf();
             const BlockDevicePtr found = Device::lookupDevice(u"/boot/efi"_s);
-            QVERIFY(found && found->kname == "sda1"_L1);
+            isAlwaysFound = isAlwaysFound && found && found->kname == "sda1"_L1;
         }
     };
-    std::thread first(work);
-    std::thread second(work);
+    bool firstFound = true;
+    bool secondFound = true;
+    std::thread first(work, std::ref(firstFound));
+    std::thread second(work, std::ref(secondFound));
     first.join();
     second.join();
+    QVERIFY(firstFound && secondFound);
 }
 
 int main(int argc, char** argv)

@@ -40,8 +40,8 @@ void BackupToRestore::addArchive(const QString& name, const QByteArray& descript
     Sandbox::writeFile(source + u"/opt/file"_s, "restored");
     Sandbox::writeFile(source + u"/var/file"_s, "restored");
     const QStringList members{u"datainfo"_s, u"opt"_s, u"var"_s};
-    const QStringList arguments{u"-cf"_s, directory() + u'/' + name, u"-C"_s, source};
-    QCOMPARE(QProcess::execute(u"tar"_s, options + arguments + members), 0);
+    const QStringList arguments{u"tar"_s, u"-cf"_s, directory() + u'/' + name, u"-C"_s, source};
+    QCOMPARE(QProcess::execute(u"sudo"_s, arguments + options + members), 0);
     machine.programs.forgetCalls();
 }
 

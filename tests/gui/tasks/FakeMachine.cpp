@@ -36,6 +36,29 @@ constexpr std::array devices{
     DeviceRow{"sdc"_L1, {}, {}, "DISK_C"_L1, {}},
 };
 
+/// The product runs without root's rights. Looking at an image is the one call that needs none of them.
+void keepRightsOfRoot(FakePrograms& programs)
+{
+    for (const QString& program : {u"blkid"_s, u"chattr"_s, u"cp"_s, u"find"_s, u"fsck"_s, u"mkdir"_s, u"mkswap"_s,
+             u"poweroff"_s, u"reboot"_s, u"rm"_s, u"sed"_s, u"setfacl"_s, u"tar"_s}) {
+        programs.needsRoot({program});
+    }
+    for (const QString& option : {u"--tui"_s, u"--verify"_s, u"--read-custom-file"_s, u"--write-custom-file"_s}) {
+        programs.needsRoot({u"kestro-clone"_s, option});
+    }
+}
+
+/// What the product looks for in the running system's own folders, which are not among the sandbox's private ones.
+void emptyRunningSystem()
+{
+    Sandbox::requireInside();
+    for (const QString& path : {u"/backup"_s, u"/etc/kestro"_s, u"/usr/lib/kestro"_s}) {
+        if (!QDir(path).removeRecursively()) {
+            qFatal("cannot remove %s", qPrintable(path));
+        }
+    }
+}
+
 void writeInstalledSystem()
 {
     Sandbox::setKernelCommandLine("BOOT_IMAGE=/boot/vmlinuz root=UUID=ROOT quiet\n");
@@ -61,6 +84,7 @@ FakeMachine::FakeMachine()
     : m_formerDirectory(QDir::currentPath())
 {
     Sandbox::reset();
+    emptyRunningSystem();
     for (const QString& drive : {u"DISK_A"_s, u"DISK_B"_s, u"DISK_C"_s}) {
         udisks.addDrive(drive);
     }
@@ -68,6 +92,7 @@ FakeMachine::FakeMachine()
         udisks.addDevice(device(row.name));
     }
     writeInstalledSystem();
+    keepRightsOfRoot(programs);
     for (const QString& script : {u"resetEFI"_s, u"reset-grub"_s}) {
         programs.reply({scripts + script});
     }

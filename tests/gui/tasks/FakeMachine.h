@@ -12,7 +12,8 @@
 #include <QTemporaryDir>
 
 /// The recovery environment of one machine, in the sandbox: two disks behind a fake UDisks2, fake programs, and the
-/// files that the installed system keeps. The working directory is a fresh folder.
+/// files that the installed system keeps. The working directory is a fresh folder. What only root may do fails the test
+/// when it is called without sudo.
 ///
 /// | device | UUID     | mounted at    |                                 |
 /// |--------|----------|---------------|---------------------------------|

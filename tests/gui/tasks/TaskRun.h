@@ -3,6 +3,7 @@
 
 #include "gui/tasks/Task.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <QString>
 #include <QTest>
@@ -16,13 +17,20 @@ struct TaskRun
         : task(arguments...)
     { }
 
-    /// Waits for the end: "finished", the text of the failure, or "no end". More than one end is listed, too.
+    /// Waits for the end: "finished", the text of the failure, or "no end"; of more than one end each, with blanks
+    /// between them.
     QString outcome()
     {
         constexpr int patience = 20000; // ms
-        const bool ended = QTest::qWaitFor([this] { return !finished.isEmpty() || task.isFailed(); }, patience);
-        QString text = finished.isEmpty() ? QString() : QStringLiteral("finished");
-        return ended ? text + task.errorMessage() : QStringLiteral("no end");
+        if (!QTest::qWaitFor([this] { return !finished.isEmpty() || task.isFailed(); }, patience)) {
+            return QStringLiteral("no end");
+        }
+        QCoreApplication::processEvents(); // a second end that is on its way
+        QStringList ends(finished.size(), QStringLiteral("finished"));
+        if (task.isFailed()) {
+            ends.append(task.errorMessage());
+        }
+        return ends.join(QLatin1Char(' '));
     }
 
     SomeTask task;

@@ -38,10 +38,8 @@ private Q_SLOTS:
     void badElements_data();
     void badElements();
     void onlyTheFirstDirectoryIsChecked();
-    void badImage_data();
-    void badImage();
-    void missingDescription_data();
-    void missingDescription();
+    void useless_data();
+    void useless();
     void otherImageInThePlace_data();
     void otherImageInThePlace();
     void mountPointThatHoldsAName();
@@ -145,46 +143,34 @@ void BackupTaskTest::onlyTheFirstDirectoryIsChecked()
             u"kestro-clone --kim-info /media/TARGET/b//system.kim"_s}));
 }
 
-void BackupTaskTest::badImage_data()
-{
-    QTest::addColumn<QByteArray>("out");
-    QTest::addColumn<QByteArray>("err");
-    QTest::newRow("on standard error") << ""_ba
-                                       << "invalid file: bad checksum\n"_ba;
-    QTest::newRow("on standard output") << "this is an invalid file\n"_ba
-                                        << ""_ba;
-}
-
-void BackupTaskTest::badImage()
-{
-    QFETCH(const QByteArray, out);
-    QFETCH(const QByteArray, err);
-    FakeMachine machine;
-    machine.allowFileCommands();
-    machine.allowImages();
-    machine.programs.reply(
-        {u"kestro-clone"_s, u"--kim-info"_s, u"/media/TARGET/b//system.kim"_s}, {.out = out, .err = err});
-    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, systemBackup);
-    QCOMPARE(run.outcome(), u"Backup error, please try again"_s);
-}
-
-void BackupTaskTest::missingDescription_data()
-{
-    QTest::addColumn<QStringList>("command");
-    const QString scripts = u"/lib/kestro-recovery-gui/scripts/"_s;
-    QTest::newRow("of the image") << QStringList{u"sudo"_s, u"kestro-clone"_s, u"--read-custom-file"_s};
-    QTest::newRow("of the archives") << QStringList{u"sudo"_s, scripts + u"create-data-info"_s};
-}
-
-void BackupTaskTest::missingDescription()
+void BackupTaskTest::useless_data()
 {
     // No preparation is looked at when it runs, and tar makes an archive without its description, too.
+    QTest::addColumn<QStringList>("command");
+    QTest::addColumn<QByteArray>("out");
+    QTest::addColumn<QByteArray>("err");
+    QTest::addColumn<int>("exitCode");
+    const QByteArray none = "";
+    const QStringList image{u"kestro-clone"_s, u"--kim-info"_s, u"/media/TARGET/b//system.kim"_s};
+    const QStringList imageDescription{u"sudo"_s, u"kestro-clone"_s, u"--read-custom-file"_s};
+    const QStringList archiveDescription{u"sudo"_s, u"/lib/kestro-recovery-gui/scripts/create-data-info"_s};
+    QTest::newRow("bad image, on standard error") << image << none << "invalid file: bad checksum\n"_ba << 0;
+    QTest::newRow("bad image, on standard output") << image << "this is an invalid file\n"_ba << none << 0;
+    QTest::newRow("image without description") << imageDescription << none << none << 1;
+    QTest::newRow("archives without description") << archiveDescription << none << none << 1;
+}
+
+void BackupTaskTest::useless()
+{
     QFETCH(const QStringList, command);
+    QFETCH(const QByteArray, out);
+    QFETCH(const QByteArray, err);
+    QFETCH(const int, exitCode);
     FakeMachine machine;
     machine.allowFileCommands();
     machine.allowImages();
     QVERIFY(QDir().mkpath(u"/media/DATA/opt"_s) && QDir().mkpath(u"/media/DATA/var"_s));
-    machine.programs.reply(command, {.exitCode = 1});
+    machine.programs.reply(command, {.out = out, .err = err, .exitCode = exitCode});
     TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)}, systemBackup);
     QCOMPARE(run.outcome(), u"Backup error, please try again"_s);
 }

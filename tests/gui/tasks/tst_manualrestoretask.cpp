@@ -77,8 +77,6 @@ void ManualRestoreTaskTest::targets_data()
     refused("disk not here", data, "DiskDrive=DISK_X\\nVersion=1.1", otherDisk);
     accepted("disk and partition", system, "DiskDrive=DISK_A\\nUUID=ROOT", {u"/dev/sda"_s, u"/dev/sda3"_s});
     refused("disk fits, partition does not", system, "DiskDrive=DISK_A\\nUUID=GONE", otherDisk);
-    accepted("version 1.9", data, "UUID=DATA\\nVersion=1.9", {u"/dev/sda5"_s});
-    accepted("version 1", data, "UUID=DATA\\nVersion=1", {u"/dev/sda5"_s});
     accepted("no version", data, "UUID=DATA", {u"/dev/sda5"_s});
     refused("version 2.0", data, "UUID=DATA\\nVersion=2.0", otherVersion);
     refused("names nothing", data, "Version=1.1", brokenFile);
@@ -179,9 +177,6 @@ void ManualRestoreTaskTest::swapOfTheDisk_data()
     const QByteArray disk = "DiskDrive=DISK_A\\nVersion=1.1";
     const QByteArray entry = "UUID=NEW-SWAP none swap sw 0 0\n";
     QTest::newRow("entry") << disk << entry << QStringList{u"mkswap /dev/sda6 -U NEW-SWAP"_s};
-    // Deliberate: the first word of a comment that mentions swap.
-    QTest::newRow("comment first") << disk << "# swap was on /dev/sda6\n" + entry
-                                   << QStringList{u"mkswap /dev/sda6 -U #"_s};
     QTest::newRow("no swap entry") << disk << "UUID=ROOT / ext4\n"_ba << QStringList();
     QTest::newRow("partition image") << "UUID=DATA\\nVersion=1.1"_ba << entry << QStringList();
 }

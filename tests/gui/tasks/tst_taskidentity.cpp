@@ -211,7 +211,6 @@ void TaskIdentityTest::unmountableRootPartition()
     machine.refuseMount(u"sda3"_s);
     Sandbox::writeFile(u"/usr/lib/kestro/desktop-version"_s, "[Release]\nType=Device\n");
     const OpenTask task;
-    QFile::remove(u"/usr/lib/kestro/desktop-version"_s);
     QVERIFY(task.identity().startsWith(u"ROOT   Professional"_s));
     QVERIFY(task.fstabEntries().isEmpty());
 }
@@ -235,7 +234,6 @@ void TaskIdentityTest::unmountableRecoveryPartition()
     QVERIFY(QFile::exists(u"/backup/recovery.json"_s));
     QCOMPARE(machine.programs.callLines(), QStringList());
     QVERIFY(machine.log.find(u"isHaveInitBackup: false"_s).line > 0);
-    QFile::remove(u"/backup/recovery.json"_s);
 }
 
 void TaskIdentityTest::recordedBackups()
@@ -379,12 +377,7 @@ void TaskIdentityTest::optAndVarOfNothing()
     OpenTask task;
     task.deleteOptAndVar({});
     QCOMPARE(machine.programs.callLines(), QStringList());
-    task.deleteOptAndVar(u"/media/DATA"_s);
-    QCOMPARE(machine.callsOf({u"chattr"_s, u"rm"_s}),
-        (QStringList{u"chattr -R -i /media/DATA/opt/"_s, u"chattr -R -i /media/DATA/var/"_s,
-            u"rm -rf /media/DATA/opt/"_s, u"rm -rf /media/DATA/var/"_s}));
     // A link is not followed: what it leads to is no part of these.
-    machine.programs.forgetCalls();
     QVERIFY(QFile::link(u"home/opt"_s, u"/media/DATA/opt"_s));
     task.deleteOptAndVar(u"/media/DATA"_s);
     QCOMPARE(machine.callsOf({u"chattr"_s, u"rm"_s}),

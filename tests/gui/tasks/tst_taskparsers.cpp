@@ -144,6 +144,7 @@ void TaskParsersTest::swapUuid_data()
     QTest::addColumn<QString>("fstab");
     QTest::addColumn<QString>("expected");
     QTest::newRow("plain") << u"UUID=r / ext4\nUUID=s-1 none swap sw 0 0\n"_s << u"s-1"_s;
+    // Deliberate: the first word of a comment that mentions swap.
     QTest::newRow("comment first") << u"# swap was on /dev/sda5\nUUID=s-1 none swap sw 0 0\n"_s << u"#"_s;
     QTest::newRow("commented entry") << u"#UUID=old none swap sw\nUUID=s-1 none swap sw\n"_s << u"old"_s;
     QTest::newRow("first of two") << u"\tUUID=a\tnone\tswap\nUUID=b none swap\n"_s << u"a"_s;

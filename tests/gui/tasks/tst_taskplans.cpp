@@ -155,6 +155,7 @@ void TaskPlansTest::initialImages_data()
     QTest::addColumn<QString>("entry");
     QTest::addColumn<QString>("expected");
     QTest::newRow("plain") << u"system.kim"_s << u"/r/backup/system.kim /r/backup/system.info"_s;
+    // Deliberate: only the name up to the first dot counts.
     QTest::newRow("two dots") << u"a.b.kim"_s << u"/r/backup/a.kim /r/backup/a.info"_s;
     QTest::newRow("place marker") << u"%2.kim"_s << u"/r/backup/%2.kim /r/backup/%2.info"_s;
 }

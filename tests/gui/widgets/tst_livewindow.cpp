@@ -103,7 +103,7 @@ private Q_SLOTS:
     void wayOut_data();
     void wayOut();
     void listOfBackups();
-    void listAskedOnce();
+    void listIsAskedFor();
     void partitionOfDirectory_data();
     void partitionOfDirectory();
 };
@@ -251,18 +251,12 @@ void LiveWindowTest::listOfBackups()
     QCOMPARE(ready.size(), 3);
 }
 
-void LiveWindowTest::listAskedOnce()
+void LiveWindowTest::listIsAskedFor()
 {
     LiveWindow live;
     ApplicationProperties::setSavePathJson({saved(u"1700000000"_s, u"whole"_s, {u"system.kim"_s, u"opt.tar"_s})});
     live.open();
-    const auto* model = live.page()->findChild<TreeViewModel*>();
-    QTRY_COMPARE(model->rowCount(), 1);
-    live.window.hide();
-    ApplicationProperties::setSavePathJson({});
-    live.window.show();
-    QTest::qWait(20);
-    QCOMPARE(model->rowCount(), 1);
+    QTRY_COMPARE(live.page()->findChild<TreeViewModel*>()->rowCount(), 1);
 }
 
 void LiveWindowTest::partitionOfDirectory_data()

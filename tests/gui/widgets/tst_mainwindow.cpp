@@ -160,7 +160,7 @@ void MainWindowTest::unknownTask()
     auto* former = new QLabel(u"restore page"_s);
     scenario.window.layout()->addWidget(former);
     scenario.window.setRecovery(task);
-    QTest::qWait(50);
+    QCoreApplication::processEvents();
     QVERIFY(!scenario.window.findChild<Task*>());
     QCOMPARE(scenario.page<QLabel>(), former);
 }

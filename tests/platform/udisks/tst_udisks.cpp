@@ -4,7 +4,6 @@
 #include "sandbox/Sandbox.h"
 #include "support/FakeUDisks.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -61,8 +60,6 @@ void UDisksTest::oneRoundTripForALookUp()
         device.table = u"sda"_s;
         daemon.addDevice(device);
     }
-    QElapsedTimer timer;
-    timer.start();
     const VDiskManager manager;
     QString seen;
     for (const QString& path : manager.blockDevices()) {
@@ -72,7 +69,6 @@ void UDisksTest::oneRoundTripForALookUp()
     }
     QCOMPARE(seen.count("uuid-sda"_L1), count);
     QCOMPARE(daemon.callLines(), QStringList{u"GetManagedObjects"_s});
-    QVERIFY2(timer.elapsed() < 5000, QByteArray::number(timer.elapsed()));
 
     // A new manager is a new look-up.
     QCOMPARE(VDiskManager().blockDevices().size(), count);

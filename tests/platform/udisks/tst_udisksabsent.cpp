@@ -30,7 +30,7 @@ bool answersEmptyAtOnce()
     const bool empty = manager.blockDevices().isEmpty()
         && !manager.createBlockDevice(u"/org/freedesktop/UDisks2/block_devices/sda1"_s)
         && !manager.createBlockPartition(u"/org/freedesktop/UDisks2/block_devices/sda1"_s);
-    return empty && timer.elapsed() < 2000;
+    return empty && timer.elapsed() < 10000;
 }
 
 } // namespace
@@ -57,9 +57,9 @@ void UDisksAbsentTest::noDaemon()
 
 void UDisksAbsentTest::noBus()
 {
-    if (!qEnvironmentVariableIsSet("DBUS_SYSTEM_BUS_ADDRESS")) {
-        qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/run/nothing-listens-here");
-    }
+    // A process whose connection to a bus stands asks that one.
+    QVERIFY(!qEnvironmentVariableIsSet("DBUS_SYSTEM_BUS_ADDRESS"));
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/run/nothing-listens-here");
     QVERIFY(answersEmptyAtOnce());
 }
 

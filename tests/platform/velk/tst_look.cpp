@@ -5,6 +5,7 @@
 #include "platform/velk/VLabel.h"
 #include "platform/velk/VPalette.h"
 
+#include <QDir>
 #include <QIcon>
 #include <QTest>
 
@@ -142,10 +143,11 @@ void LookTest::labelsFollowTheTheme()
 void LookTest::everyIconIsDrawn_data()
 {
     QTest::addColumn<QString>("icon");
-    for (const char* name :
-        {"close", "drive", "failed", "folder", "folder-up", "logo", "module-backup", "module-clone", "module-restore",
-            "restore-files", "restore-initial", "restore-point", "success", "type-full", "type-system", "warning"}) {
-        QTest::newRow(name) << u":/%1.svg"_s.arg(QLatin1StringView(name));
+    const QStringList names = QDir(u":/"_s).entryList({u"*.svg"_s});
+    QVERIFY(!names.isEmpty());
+    QCOMPARE(names, QDir(QStringLiteral(KESTRO_SOURCE_DIR "/resources")).entryList({u"*.svg"_s}));
+    for (const QString& name : names) {
+        QTest::newRow(qPrintable(name)) << u":/"_s + name;
     }
 }
 

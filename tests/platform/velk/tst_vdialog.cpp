@@ -90,8 +90,8 @@ void VDialogTest::keyboardComesAndGoesBack()
     VDialog dialog(u"Title"_s, u"Question?"_s, &window);
     dialog.addButton(u"Go"_s, true);
     QWidget* keyboardOwner = nullptr;
-    QTimer::singleShot(100, &dialog, [&] {
-        keyboardOwner = QApplication::activeWindow();
+    QTimer::singleShot(0, &dialog, [&] {
+        keyboardOwner = QTest::qWaitForWindowActive(&dialog) ? QApplication::activeWindow() : nullptr;
         dialog.done(-1);
     });
     dialog.exec();
