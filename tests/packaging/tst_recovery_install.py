@@ -1,54 +1,38 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The installer of the recovery partition on a disk of loop devices, with stand-ins for GRUB and the firmware."""
-import json
 import os
 import pathlib
 import re
 import signal
 import subprocess
 import sys
-import tempfile
 import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(HERE.parents[1] / "dev"))
+sys.path.insert(0, str(HERE.parent / "support"))
 
-from kestrolab.disk import LoopDisk, Mounted, skip_without_loop_devices  # noqa: E402
+import bootdisk  # noqa: E402
+from bootdisk import EFI, EXT4, staged  # noqa: E402
+from kestrolab.disk import skip_without_loop_devices  # noqa: E402
 
 INSTALL = HERE.parents[1] / "recovery-image/install"
 CLONE = pathlib.Path(sys.argv.pop(1)).parent
-# The stand-ins for the installed system's tools and the firmware are those of the boot-repair scripts.
-FAKES = f"{HERE / 'fakes'}:{HERE.parent / 'scripts/fakes'}"
-EFI, BOOT, ROOT, DATA, RECOVERY, SMALL, GRUB = range(7)
+FAKES = f"{HERE / 'fakes'}:{bootdisk.FAKES}"
+BOOT, ROOT, DATA, RECOVERY, SMALL, GRUB = range(EFI + 1, EFI + 7)
 BIOS_BOOT, LINUX = "21686148-6449-6E6F-744E-656564454649", "0FC63DAF-8483-4772-8E79-3D69D8477DE4"
-# With a device that somebody has mounted, when one is given.
-STAGE = 'mount --make-rprivate / && mount -t tmpfs none /sys/firmware && { [ "$1" != uefi ] || mkdir /sys/firmware/efi; } &&' \
-        ' { [ -z "$2" ] || mount -o ro,noload "$2" "$3"; } && shift 3 && exec "$@"'
 MEMORY = "/dev/shm"
 KERNEL = "6.1.0-9-amd64"
 
 
-def efi_file_system():
-    kinds = pathlib.Path("/proc/filesystems").read_text().split()
-    return ["mkfs.vfat"] if "vfat" in kinds else ["mkfs.ext4", "-q"]
-
-
-class RecoveryInstall(unittest.TestCase):
+class RecoveryInstall(bootdisk.BootDisk):
     def setUp(self):
         # In memory: the installer waits for every write to arrive.
-        holder = tempfile.TemporaryDirectory(dir=MEMORY if os.path.isdir(MEMORY) else None)
-        self.addCleanup(holder.cleanup)
-        self.folder = pathlib.Path(holder.name)
+        self.folder = self.make_folder(MEMORY if os.path.isdir(MEMORY) else None)
         # Not below /dev, which is mounted into the installed system.
-        holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.work = pathlib.Path(holder.name)
+        self.work = self.make_folder()
         (self.folder / "busy").mkdir()
-        ext4 = ["mkfs.ext4", "-q"]
-        self.disk = LoopDisk.create(self.folder / "disk.img", [
-            (40, efi_file_system()), (16, ext4), (48, ext4), (24, ext4), (160, ext4), (48, ext4), (1, ["true"])])
-        self.addCleanup(self.disk.detach)
+        self.make_disk((16, EXT4), (48, EXT4), (24, EXT4), (160, EXT4), (48, EXT4), (1, ["true"]))
         self.set_type(GRUB, BIOS_BOOT)
         for name in ("image", "modules/i386-pc", "modules/x86_64-efi"):
             (self.folder / name).mkdir(parents=True)
@@ -61,18 +45,6 @@ class RecoveryInstall(unittest.TestCase):
     def set_type(self, number, value):
         subprocess.run(["sfdisk", "--quiet", "--no-reread", "--no-tell-kernel", "--part-type",
                         self.disk.own(self.disk.device), str(number + 1), value], check=True)
-
-    def own_entry(self, loader):
-        return f"HD(1,GPT,{self.disk.probe(EFI, 'PART_ENTRY_UUID')},0x800,0x100000)/File({loader})"
-
-    def firmware(self, **content):
-        file = self.folder / "firmware"
-        if content:
-            file.write_text(json.dumps(content))
-        return json.loads(file.read_text())
-
-    def mounted(self, number):
-        return Mounted(self.disk, number, self.folder / "point")
 
     def write(self, number, files):
         with self.mounted(number) as folder:
@@ -100,22 +72,17 @@ class RecoveryInstall(unittest.TestCase):
         self.write(EFI, {"EFI/testos/grubx64.efi": "grub"})
         self.write(DATA, {"var/lib/status": "packages", "opt/app/run": "program", "home/ada/letter": "dear"})
 
-    def call(self, booted, *words, busy="", **more):
+    def call(self, booted, *words, busy=None, **more):
         """The exit code, the calls of the stand-ins, and the printed text; the device BUSY is mounted meanwhile."""
-        calls = self.folder / "calls"
-        calls.write_text("")
-        environment = {**os.environ, "PATH": f"{FAKES}:{CLONE}:/usr/sbin:/usr/bin:/sbin:/bin", "CALLS": str(calls),
-                       "FIRMWARE": str(self.folder / "firmware"), "DISK": self.disk.device,
-                       "TMPDIR": str(self.work), "KESTRO_GRUB_MODULES": str(self.folder / "modules"), **more}
-        result = subprocess.run(["unshare", "--mount", "sh", "-c", STAGE, "sh", booted, busy, str(self.folder / "busy"),
-                                 str(INSTALL), *words],
-                                env=environment, text=True, capture_output=True, check=False)
+        mounts = [("-o", "ro,noload", busy, self.folder / "busy")] if busy else []
+        environment = self.environment(f"{FAKES}:{CLONE}", **{"KESTRO_GRUB_MODULES": str(self.folder / "modules"), **more})
+        result = subprocess.run(staged(booted, (INSTALL, *words), *mounts), env=environment, text=True,
+                                capture_output=True, check=False)
         text = result.stdout + result.stderr
         if result.returncode == -signal.SIGKILL:
             self.remove_empty_folders()
-        self.assertNotIn(self.disk.device, pathlib.Path("/proc/self/mountinfo").read_text(), text)
-        self.assertEqual(os.listdir(self.work), [], text)
-        return result.returncode, calls.read_text().splitlines(), text
+        self.assert_nothing_left(text)
+        return result.returncode, self.calls(), text
 
     def remove_empty_folders(self):
         for folder in sorted(self.work.rglob("*"), reverse=True):

@@ -1,50 +1,35 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The boot-repair scripts on a disk of loop devices, with stand-ins for the firmware and for the system's own GRUB."""
-import json
 import os
 import pathlib
 import re
 import signal
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(HERE.parents[1] / "dev"))
+sys.path.insert(0, str(HERE.parent / "support"))
 
-from kestrolab.disk import LoopDisk, Mounted, skip_without_loop_devices  # noqa: E402
+import bootdisk  # noqa: E402
+from bootdisk import EFI, EXT4, staged  # noqa: E402
+from kestrolab.disk import Mounted, skip_without_loop_devices  # noqa: E402
 
 SCRIPTS = HERE.parents[1] / "scripts"
-EFI, BOOT, ROOT, FOREIGN = range(4)
-# The firmware interface and the kernel command line as the script shall see them, in a namespace of the call.
-STAGE = 'mount --make-rprivate / && mount -t tmpfs none /sys/firmware && { [ "$1" != uefi ] || mkdir /sys/firmware/efi; } &&' \
-        ' mount --bind "$2" /proc/cmdline && shift 2 && exec "$@"'
+BOOT, ROOT, FOREIGN = range(EFI + 1, EFI + 4)
 
 
-def efi_file_system():
-    kinds = pathlib.Path("/proc/filesystems").read_text().split()
-    return ["mkfs.vfat"] if "vfat" in kinds else ["mkfs.ext4", "-q"]
-
-
-class BootScripts(unittest.TestCase):
+class BootScripts(bootdisk.BootDisk):
     def setUp(self):
-        holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.folder = pathlib.Path(holder.name)
-        (self.folder / "tmp").mkdir()
-        ext4 = ["mkfs.ext4", "-q"]
-        self.disk = LoopDisk.create(self.folder / "disk.img", [(40, efi_file_system()), (16, ext4), (16, ext4), (16, ext4)])
-        self.addCleanup(self.disk.detach)
+        self.folder = self.make_folder()
+        self.work = self.make_folder()
+        self.make_disk((16, EXT4), (16, EXT4), (16, EXT4))
         self.install_system()
         self.firmware(entries={"0000": [True, "Windows", r"HD(1,GPT,11-22,0x800,0x1)/File(\EFI\Microsoft\bootmgfw.efi)"]},
                       order=["0000"])
         (self.folder / "cmdline").write_text(f"quiet root=UUID={self.disk.uuid(ROOT)} splash\n")
-
-    def mounted(self, number):
-        return Mounted(self.disk, number, self.folder / "point")
 
     def install_system(self):
         with self.mounted(ROOT) as root:
@@ -72,38 +57,15 @@ class BootScripts(unittest.TestCase):
         with self.mounted(EFI) as efi:
             return {str(path.relative_to(efi)): path.read_text() for path in sorted(efi.rglob("*.[eE][fF][iI]"))}
 
-    def firmware(self, **content):
-        file = self.folder / "firmware"
-        if content:
-            file.write_text(json.dumps(content))
-        return json.loads(file.read_text())
-
     def command(self, booted, script, *words):
-        return ["unshare", "--mount", "sh", "-c", STAGE, "sh", booted, str(self.folder / "cmdline"),
-                str(SCRIPTS / script), *words]
-
-    def environment(self, **more):
-        calls = self.folder / "calls"
-        calls.write_text("")
-        return {**os.environ, "PATH": f"{HERE / 'fakes'}:/usr/sbin:/usr/bin:/sbin:/bin", "CALLS": str(calls),
-                "FIRMWARE": str(self.folder / "firmware"), "DISK": self.disk.device,
-                "TMPDIR": str(self.folder / "tmp"), **more}
+        return staged(booted, (SCRIPTS / script, *words), ("--bind", self.folder / "cmdline", "/proc/cmdline"))
 
     def call(self, booted, script, *words, **more):
         """The exit code, what the installed system's tools were called with, and the printed text."""
-        result = subprocess.run(self.command(booted, script, *words), env=self.environment(**more), text=True,
-                                capture_output=True, check=False)
+        result = subprocess.run(self.command(booted, script, *words), env=self.environment(bootdisk.FAKES, **more),
+                                text=True, capture_output=True, check=False)
         self.assert_nothing_left(result.stderr)
-        calls = (self.folder / "calls").read_text().splitlines()
-        return result.returncode, calls, result.stdout + result.stderr
-
-    def assert_nothing_left(self, text):
-        self.assertNotIn(self.disk.device, pathlib.Path("/proc/self/mountinfo").read_text(), text)
-        self.assertEqual(os.listdir(self.folder / "tmp"), [], text)
-
-    def own_entry(self, loader):
-        partition = self.disk.probe(EFI, "PART_ENTRY_UUID")
-        return f"HD(1,GPT,{partition},0x800,0x100000)/File({loader})"
+        return result.returncode, self.calls(), result.stdout + result.stderr
 
     def test_ten_repairs_leave_one_entry_and_a_fallback(self):
         self.put_loaders(testos__shimx64_efi="shim", testos__grubx64_efi="grub", other__grubx64_efi="other")
@@ -261,8 +223,8 @@ class BootScripts(unittest.TestCase):
     def test_an_interrupted_repair_leaves_nothing(self):
         started = self.folder / "started"
         process = subprocess.Popen(self.command("bios", "reset-grub", "", self.disk.parts[BOOT]), text=True,
-                                   env=self.environment(GRUB_WAITS=str(started)), start_new_session=True,
-                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+                                   env=self.environment(bootdisk.FAKES, GRUB_WAITS=str(started)),
+                                   start_new_session=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         deadline = time.monotonic() + 30
         while not started.exists() and time.monotonic() < deadline:
             time.sleep(0.05)

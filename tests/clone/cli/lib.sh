@@ -12,15 +12,15 @@ mounts=()
 declare -A attached=()
 
 clean_up() {
-    local item
+    local item last
     end_jobs
     for item in "${!attached[@]}"; do swapoff "$item" 2>/dev/null || true; done
-    # Twice: a loop device may stand for a file on one of the mounts.
-    for _ in 1 2; do
+    # Twice: a loop device may stand for a file on one of the mounts, and who was killed may not be gone yet.
+    for last in "" --lazy; do
         for ((item = ${#mounts[@]} - 1; item >= 0; item--)); do
             # A frozen file system keeps its device for ever.
             ! mountpoint -q -- "${mounts[item]}" || fsfreeze -u "${mounts[item]}" 2>/dev/null || true
-            umount -q -- "${mounts[item]}" 2>/dev/null || true
+            umount -q ${last:+"$last"} -- "${mounts[item]}" 2>/dev/null || true
         done
         for item in "${!attached[@]}"; do
             # Once only: the number may be somebody else's by the second time.
