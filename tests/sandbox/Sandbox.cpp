@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sandbox/Sandbox.h"
 #include "sandbox/SandboxRoot.h"
+#include "support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -109,11 +110,7 @@ QString freshFolder()
 void writeFile(const QString& path, const QByteArray& content)
 {
     requireInside();
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly)
-        || file.write(content) != content.size() || !file.flush()) {
-        qFatal("cannot write %s: %s", qPrintable(path), qPrintable(file.errorString()));
-    }
+    writeWholeFile(path, content);
 }
 
 QByteArray readFile(const QString& path)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/FakePrograms.h"
 #include "sandbox/Sandbox.h"
+#include "support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,14 +24,6 @@ constexpr std::array fakedAlways{"sudo", "reboot", "poweroff", "shutdown", "halt
 constexpr std::array neverReal{"reboot", "poweroff", "shutdown", "halt", "mkswap", "swapon", "swapoff", "systemctl",
     "kestro-clone", "dd", "wipefs", "partprobe", "sfdisk", "parted", "losetup", "cryptsetup", "dmsetup", "udisksctl",
     "grub-install", "efibootmgr"};
-
-void writeOrDie(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush()) {
-        qFatal("cannot write %s", qPrintable(path));
-    }
-}
 
 void makeFolderOrDie(const QString& path)
 {
@@ -94,12 +87,12 @@ void FakePrograms::reply(const QStringList& call, const Reply& reply)
     const QString folder =
         rule + u'/' + QString::number(QDir(rule).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
     makeFolderOrDie(folder);
-    writeOrDie(folder + u"/ending"_s,
+    writeWholeFile(folder + u"/ending"_s,
         QByteArray::number(reply.delayMs / 1000.0) + ' ' + QByteArray::number(reply.exitCode) + ' '
             + QByteArray::number(reply.signal) + '\n');
-    writeOrDie(folder + u"/out"_s, reply.out);
-    writeOrDie(folder + u"/err"_s, reply.err);
-    writeOrDie(folder + u"/snippet"_s, reply.snippet);
+    writeWholeFile(folder + u"/out"_s, reply.out);
+    writeWholeFile(folder + u"/err"_s, reply.err);
+    writeWholeFile(folder + u"/snippet"_s, reply.snippet);
 }
 
 void FakePrograms::reply(const QStringList& call, const QByteArray& out)
@@ -115,7 +108,7 @@ void FakePrograms::passThrough(const QStringList& call)
     if (program.isEmpty() || std::find(neverReal.begin(), neverReal.end(), program) != neverReal.end()) {
         qFatal("refused: \"%s\" never runs for real in a test", qPrintable(call.join(u' ')));
     }
-    writeOrDie(ruleFolder(call) + u"/pass"_s, {});
+    writeWholeFile(ruleFolder(call) + u"/pass"_s, {});
 }
 
 void FakePrograms::needsRoot(const QStringList& call)
@@ -218,7 +211,7 @@ QString FakePrograms::ruleFolder(const QStringList& call)
     }
     QString folder = path(u"rules/%1"_s.arg(m_rules.indexOf(call)));
     makeFolderOrDie(folder);
-    writeOrDie(folder + u"/words"_s, joinWithNul(call));
+    writeWholeFile(folder + u"/words"_s, joinWithNul(call));
     if (!call.first().contains(u'/')) {
         addProgram(call.first());
     }

@@ -1,21 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Recording.h"
 
+#include "support/files.h"
 #include "utils/dmdependencies.h"
 #include "utils/lsblkpairs.h"
 
-#include <QFile>
-
 using namespace Qt::StringLiterals;
-
-QString recording(const QString& file)
-{
-    QFile recorded(QStringLiteral(KESTRO_SOURCE_DIR "/tests/utils/data/") + file);
-    if (!recorded.open(QIODevice::ReadOnly)) {
-        qFatal("there is no recording %s", qPrintable(file));
-    }
-    return QString::fromUtf8(recorded.readAll());
-}
 
 BlockDeviceList recordedDevices(const QString& lsblkFile, const QString& dmsetupFile)
 {

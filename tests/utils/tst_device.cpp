@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Recording.h"
 #include "sandbox/Sandbox.h"
 #include "support/FakePrograms.h"
 #include "support/LogCapture.h"
+#include "support/files.h"
 #include "utils/Device.h"
 #include "utils/lsblkpairs.h"
 

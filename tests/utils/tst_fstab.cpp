@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "utils/FsTab.h"
 
-#include <QDir>
-#include <QFile>
+#include "support/files.h"
+
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -74,12 +74,10 @@ void FsTabTest::lines()
 void FsTabTest::linesOfAFile()
 {
     const QTemporaryDir dir;
-    QFile file(dir.filePath(u"fstab"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("# first\n\nUUID=a / ext4 rw 0 1\r\nUUID=b none swap sw 0 0\n");
-    file.close();
+    const QString path = dir.filePath(u"fstab"_s);
+    writeWholeFile(path, "# first\n\nUUID=a / ext4 rw 0 1\r\nUUID=b none swap sw 0 0\n");
 
-    const FSTabInfoList list = FSTab::getFSTabFromFile(file.fileName());
+    const FSTabInfoList list = FSTab::getFSTabFromFile(path);
     QCOMPARE(list.size(), 5);
     QVERIFY(list[0]->isComment);
     QVERIFY(list[1]->isEmpty);
@@ -125,10 +123,7 @@ void FsTabTest::rootUuid()
 {
     QFETCH(QByteArray, fstab);
     const QTemporaryDir root;
-    QVERIFY(QDir(root.path()).mkpath(u"etc"_s));
-    QFile file(root.filePath(u"etc/fstab"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(fstab) == fstab.size());
-    file.close();
+    writeWholeFile(root.filePath(u"etc/fstab"_s), fstab);
     QTEST(FSTab::isRootUUID(u"abc"_s, root.path()), "isRoot");
 }
 

@@ -1,24 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "utils/installedversion.h"
 
+#include "support/files.h"
+
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-void writeFile(const QString& path, const QByteArray& content)
-{
-    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-}
-
-} // namespace
 
 class InstalledVersionTest : public QObject
 {
@@ -34,7 +24,7 @@ private Q_SLOTS:
 void InstalledVersionTest::edition()
 {
     const QTemporaryDir root;
-    writeFile(root.filePath(u"usr/lib/kestro/desktop-version"_s), "[Other]\nType=Home\n[Release]\nType=Device\n");
+    writeWholeFile(root.filePath(u"usr/lib/kestro/desktop-version"_s), "[Other]\nType=Home\n[Release]\nType=Device\n");
     QCOMPARE(installedEdition(root.path()), u"Device"_s);
 }
 
@@ -63,7 +53,7 @@ void InstalledVersionTest::minorVersion()
     QFETCH(QString, file);
     QFETCH(QByteArray, content);
     const QTemporaryDir root;
-    writeFile(root.filePath(file), content);
+    writeWholeFile(root.filePath(file), content);
     if (!linkTarget.isEmpty()) {
         QVERIFY(QDir(root.path()).mkpath(u"etc"_s));
         QVERIFY(QFile::link(linkTarget, root.filePath(u"etc/os-version"_s)));

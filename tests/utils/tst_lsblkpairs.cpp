@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Recording.h"
+#include "support/files.h"
 
 #include "utils/lsblkpairs.h"
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "utils/systemlocale.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include "support/files.h"
+
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -56,10 +55,7 @@ void SystemLocaleTest::files()
     QFETCH(Files, content);
     const QTemporaryDir root;
     for (auto it = content.begin(); it != content.end(); ++it) {
-        const QString path = root.filePath(it.key());
-        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(it.value()) == it.value().size());
+        writeWholeFile(root.filePath(it.key()), it.value());
     }
     QTEST(readSystemLocale(root.path() + u'/').value_or(u"-"_s), "locale");
 }

@@ -10,7 +10,7 @@
 #include "platform/velk/VDialog.h"
 #include "platform/velk/VIconButton.h"
 #include "sandbox/Sandbox.h"
-#include "utils/Recording.h"
+#include "support/files.h"
 #include "utils/core/applicationproperties.h"
 #include "utils/FsTab.h"
 #include "utils/mountedpartition.h"

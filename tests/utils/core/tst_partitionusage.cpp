@@ -2,6 +2,7 @@
 #include "sandbox/Sandbox.h"
 #include "support/FakePrograms.h"
 #include "support/LogCapture.h"
+#include "support/files.h"
 #include "utils/core/partitionusage.h"
 
 #include <QTest>
@@ -25,11 +26,6 @@ private Q_SLOTS:
 namespace {
 
 const QString device = u"/dev/sdz1"_s;
-
-QByteArray recording(const QString& file)
-{
-    return Sandbox::readFile(QStringLiteral(KESTRO_SOURCE_DIR "/tests/utils/data/") + file);
-}
 
 struct Usage
 {
@@ -72,7 +68,7 @@ void PartitionUsageTest::commands()
     QFETCH(QString, file);
     QFETCH(QStringList, call);
     FakePrograms programs;
-    programs.reply(call, recording(file));
+    programs.reply(call, recording(file).toUtf8());
     for (const int type : types) {
         programs.forgetCalls();
         const Usage usage = read(FsType(type));
@@ -98,8 +94,9 @@ void PartitionUsageTest::typesWithoutAReader()
 void PartitionUsageTest::failedTool()
 {
     FakePrograms programs;
-    programs.reply({u"dosfsck"_s}, {.out = recording(u"dosfsck/fat16.txt"_s), .err = "bad sector", .exitCode = 1});
-    programs.reply({u"dumpe2fs"_s}, {.out = recording(u"dumpe2fs/ext4.txt"_s), .signal = 9});
+    programs.reply(
+        {u"dosfsck"_s}, {.out = recording(u"dosfsck/fat16.txt"_s).toUtf8(), .err = "bad sector", .exitCode = 1});
+    programs.reply({u"dumpe2fs"_s}, {.out = recording(u"dumpe2fs/ext4.txt"_s).toUtf8(), .signal = 9});
     const LogCapture log;
     QVERIFY(!read(FsType::Vfat).isKnown);
     QCOMPARE(
@@ -109,7 +106,7 @@ void PartitionUsageTest::failedTool()
 
 void PartitionUsageTest::swap()
 {
-    Sandbox::setSwaps(recording(u"swaps/one.txt"_s) + "/dev/dm-1 partition 1000 400 5\n");
+    Sandbox::setSwaps(recording(u"swaps/one.txt"_s).toUtf8() + "/dev/dm-1 partition 1000 400 5\n");
     const Usage used = read(FsType::LinuxSwap, u"/dev/dm-1"_s);
     QVERIFY(used.isKnown);
     QCOMPARE(used.total, 1000000);
@@ -121,7 +118,7 @@ void PartitionUsageTest::swap()
 void PartitionUsageTest::jfsPathNeverReachesTheShell()
 {
     FakePrograms programs;
-    programs.reply({u"jfs_debugfs"_s}, recording(u"jfs_debugfs/jfs.txt"_s));
+    programs.reply({u"jfs_debugfs"_s}, recording(u"jfs_debugfs/jfs.txt"_s).toUtf8());
     QVERIFY(read(FsType::Jfs).isKnown);
     programs.forgetCalls();
     for (const QString& path : {u"/dev/x; touch /tmp/hit"_s, u"$(touch /tmp/hit)"_s, u"/tmp/image"_s, QString()}) {

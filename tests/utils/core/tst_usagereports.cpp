@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/files.h"
 #include "utils/core/blockcounttools.h"
 #include "utils/core/swaptable.h"
 #include "utils/core/usagereports.h"
 
-#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -23,12 +23,6 @@ private Q_SLOTS:
 namespace {
 
 const QString device = u"/dev/sdz1"_s;
-
-QString recording(const QString& file)
-{
-    QFile recorded(QStringLiteral(KESTRO_SOURCE_DIR "/tests/utils/data/") + file);
-    return recorded.open(QIODevice::ReadOnly) ? QString::fromUtf8(recorded.readAll()) : QString();
-}
 
 /// "total free" in bytes; empty for no answer.
 QString parsed(const QString& tool, const QString& report)
