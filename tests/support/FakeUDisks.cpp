@@ -51,6 +51,12 @@ QString FakeUDisks::drivePath(const QString& drive)
     return u"/org/freedesktop/UDisks2/drives/"_s + drive;
 }
 
+FakeUDisks::Device FakeUDisks::partition(const QString& name, const QString& uuid, const QString& mountDirectory)
+{
+    const QString idType = uuid.isEmpty() ? QString() : u"ext4"_s;
+    return {.name = name, .idUUID = uuid, .idType = idType, .mountDirectory = mountDirectory};
+}
+
 void FakeUDisks::addDrive(const QString& name)
 {
     m_objects->addDrive(name);
@@ -88,6 +94,11 @@ QStringList FakeUDisks::callLines() const
         lines << words.join(u' ');
     }
     return lines;
+}
+
+QStringList FakeUDisks::mountCalls() const
+{
+    return callLines().filter(u"ount "_s);
 }
 
 void FakeUDisks::forgetCalls()

@@ -54,6 +54,10 @@ public:
     /// The object path of a drive, for example "/org/freedesktop/UDisks2/drives/DISK".
     [[nodiscard]] static QString drivePath(const QString& drive);
 
+    /// A partition with a file system, or an unformatted one without a UUID.
+    [[nodiscard]] static Device partition(
+        const QString& name, const QString& uuid = {}, const QString& mountDirectory = {});
+
     void addDrive(const QString& name);
 
     /// Adds the device or, when there is one of that name, replaces it.
@@ -70,6 +74,9 @@ public:
 
     /// The calls as text: "GetManagedObjects", "Mount sda3", with options "Mount sda3 options=compress=zstd".
     [[nodiscard]] QStringList callLines() const;
+
+    /// Those of callLines() that mount or unmount.
+    [[nodiscard]] QStringList mountCalls() const;
 
     void forgetCalls();
 

@@ -42,17 +42,6 @@ QStringList itemsOf(AsyncTask& task)
     return items;
 }
 
-void addPartition(FakeUDisks& udisks, const QString& name, const QString& uuid, const QString& mountDirectory)
-{
-    const QString idType = uuid.isEmpty() ? QString() : u"ext4"_s;
-    udisks.addDevice({.name = name, .idUUID = uuid, .idType = idType, .mountDirectory = mountDirectory});
-}
-
-QStringList mountCalls(const FakeUDisks& udisks)
-{
-    return udisks.callLines().filter(u"ount "_s);
-}
-
 /// A disk with every kind of partition, and fsck that finds errors on its root only.
 void prepareDisk(FakePrograms& programs)
 {
@@ -151,8 +140,8 @@ void AsyncTaskTest::partitionsOfTheInstalledSystem()
     Sandbox::writeFile(root + u"/etc/fstab"_s,
         "UUID=ROOT / ext4 rw 0 1\nUUID=SWAP none swap sw 0 0\nUUID=EFI /boot/efi vfat rw 0 1\n");
     FakeUDisks udisks;
-    addPartition(udisks, u"sda9"_s, {}, {});
-    addPartition(udisks, u"dm_2d0"_s, u"ROOT"_s, root);
+    udisks.addDevice(FakeUDisks::partition(u"sda9"_s));
+    udisks.addDevice(FakeUDisks::partition(u"dm_2d0"_s, u"ROOT"_s, root));
     FakePrograms programs;
     prepareDisk(programs);
     const LogCapture log;
@@ -161,7 +150,7 @@ void AsyncTaskTest::partitionsOfTheInstalledSystem()
     const QStringList items = itemsOf(task);
     QStringList expected = fileSystems(1, u"/boot/efi"_s, u"/"_s, u"SWAP"_s);
     QCOMPARE(items, expected << blankPartition());
-    QCOMPARE(mountCalls(udisks), (QStringList{u"Mount dm_2d0"_s, u"Unmount dm_2d0"_s}));
+    QCOMPARE(udisks.mountCalls(), (QStringList{u"Mount dm_2d0"_s, u"Unmount dm_2d0"_s}));
     QCOMPARE(
         log.messages(QtWarningMsg), (QStringList{u"partition error, devicePath: /dev/mapper/luks-1, uuid: ROOT"_s}));
     QCOMPARE(programs.callLines().filter(u"fsck"_s),
@@ -181,7 +170,7 @@ void AsyncTaskTest::partitionsWithTheRootMounted()
     const QString root = Sandbox::freshFolder();
     Sandbox::writeFile(root + u"/etc/fstab"_s, "UUID=ROOT / ext4 rw 0 1\n");
     FakeUDisks udisks;
-    addPartition(udisks, u"dm_2d0"_s, u"ROOT"_s, u"/media/unused"_s);
+    udisks.addDevice(FakeUDisks::partition(u"dm_2d0"_s, u"ROOT"_s, u"/media/unused"_s));
     FakePrograms programs;
     prepareDisk(programs);
     const LogCapture log;
@@ -191,13 +180,13 @@ void AsyncTaskTest::partitionsWithTheRootMounted()
     QStringList expected = fileSystems(0);
     expected[1] = item(u"/dev/mapper/luks-1"_s, u"Root"_s, u"ROOT"_s, u"/"_s, u"ext4"_s, -1, 1);
     QCOMPARE(itemsOf(task), expected << blankPartition());
-    QCOMPARE(mountCalls(udisks), QStringList{});
+    QCOMPARE(udisks.mountCalls(), QStringList{});
 }
 
 void AsyncTaskTest::partitionsOfLiveSystems()
 {
     FakeUDisks udisks;
-    addPartition(udisks, u"dm_2d0"_s, u"ROOT"_s, {});
+    udisks.addDevice(FakeUDisks::partition(u"dm_2d0"_s, u"ROOT"_s));
     FakePrograms programs;
     prepareDisk(programs);
     const LogCapture log;
@@ -210,7 +199,7 @@ void AsyncTaskTest::partitionsOfLiveSystems()
         QStringList expected = fileSystems(-1);
         QCOMPARE(itemsOf(task), expected << blankPartition());
     }
-    QCOMPARE(mountCalls(udisks), QStringList{});
+    QCOMPARE(udisks.mountCalls(), QStringList{});
 }
 
 void AsyncTaskTest::partitionsWithoutARoot()
@@ -280,9 +269,9 @@ void AsyncTaskTest::restorePage()
         Sandbox::writeFile(recovery + u"/saved"_s + name, {});
     }
     FakeUDisks udisks;
-    addPartition(udisks, u"sda1"_s, {}, {});
-    addPartition(udisks, u"sda2"_s, u"ROOT"_s, root);
-    addPartition(udisks, u"sda5"_s, u"REC"_s, recovery);
+    udisks.addDevice(FakeUDisks::partition(u"sda1"_s));
+    udisks.addDevice(FakeUDisks::partition(u"sda2"_s, u"ROOT"_s, root));
+    udisks.addDevice(FakeUDisks::partition(u"sda5"_s, u"REC"_s, recovery));
     FakePrograms programs;
     programs.passThrough({u"sudo"_s, u"rm"_s});
     prepareNoDevices(programs);
@@ -302,7 +291,7 @@ void AsyncTaskTest::restorePage()
     const auto backups = backupListFromJson(QJsonDocument::fromJson(info.backupInfo.toUtf8()).object());
     QCOMPARE(backups.size(), 1);
     QCOMPARE(backups.first().backupPath, u"/saved"_s);
-    QCOMPARE(mountCalls(udisks),
+    QCOMPARE(udisks.mountCalls(),
         (QStringList{u"Mount sda2"_s, u"Mount sda5"_s, u"Mount sda5"_s, u"Unmount sda5"_s, u"Unmount sda2"_s}));
     QVERIFY(log.messages().filter(u"RestoreBaseInfo data:  \"{"_s).size() == 1);
 }
@@ -332,7 +321,7 @@ void AsyncTaskTest::restorePageOfTheRunningSystem()
     // The recovery partition is not there, so the root's own folder of that name is left alone.
     QVERIFY(QFile::exists(u"/backup/recovery.json"_s));
     // Deliberate: the root is unmounted although it fell back to "/".
-    QCOMPARE(mountCalls(udisks), (QStringList{u"Mount sda2"_s, u"Unmount sda2"_s}));
+    QCOMPARE(udisks.mountCalls(), (QStringList{u"Mount sda2"_s, u"Unmount sda2"_s}));
 }
 
 void AsyncTaskTest::repairTool()

@@ -11,21 +11,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A partition; one without a UUID is unformatted.
-FakeUDisks::Device partition(const QString& name, const QString& uuid = {}, const QString& mountDirectory = {})
-{
-    const QString idType = uuid.isEmpty() ? QString() : u"ext4"_s;
-    return {.name = name, .idUUID = uuid, .idType = idType, .mountDirectory = mountDirectory};
-}
-
 /// A machine with an unformatted disk and partition, and two partitions with file systems.
 std::unique_ptr<FakeUDisks> machine(const QString& firstDirectory, const QString& secondDirectory)
 {
     auto udisks = std::make_unique<FakeUDisks>();
-    udisks->addDevice(partition(u"sda"_s));
-    udisks->addDevice(partition(u"sda1"_s));
-    udisks->addDevice(partition(u"sda2"_s, u"AAAA"_s, firstDirectory));
-    udisks->addDevice(partition(u"sda3"_s, u"BBBB"_s, secondDirectory));
+    udisks->addDevice(FakeUDisks::partition(u"sda"_s));
+    udisks->addDevice(FakeUDisks::partition(u"sda1"_s));
+    udisks->addDevice(FakeUDisks::partition(u"sda2"_s, u"AAAA"_s, firstDirectory));
+    udisks->addDevice(FakeUDisks::partition(u"sda3"_s, u"BBBB"_s, secondDirectory));
     return udisks;
 }
 
@@ -34,12 +27,6 @@ void makeBackup(const QString& directory)
     for (const QString& name : {u"/system.kim"_s, u"/opt.tar"_s, u"/var.tar"_s}) {
         Sandbox::writeFile(directory + name, {});
     }
-}
-
-/// The calls that change something.
-QStringList mountCalls(const FakeUDisks& udisks)
-{
-    return udisks.callLines().filter(u"ount "_s);
 }
 
 QStringList textsOf(const QList<BackupFileInfo>& list)
@@ -105,7 +92,7 @@ void UuidMountTest::mountByUuid()
     udisks->addDevice(device);
     const LogCapture log;
     QTEST(Utils::mountDeviceByUUID(u"AAAA"_s), "mountPoint");
-    QCOMPARE(mountCalls(*udisks), QStringList{u"Mount sda2"_s});
+    QCOMPARE(udisks->mountCalls(), QStringList{u"Mount sda2"_s});
     QCOMPARE(log.messages(), QStringList{});
 }
 
@@ -116,7 +103,7 @@ void UuidMountTest::unknownUuids()
     const LogCapture log;
     QCOMPARE(Utils::mountDeviceByUUID(u"CCCC"_s), QString());
     QCOMPARE(Utils::mountDeviceByUUID({}), QString());
-    QCOMPARE(mountCalls(*udisks), QStringList{});
+    QCOMPARE(udisks->mountCalls(), QStringList{});
     QCOMPARE(log.messages(),
         (QStringList{uR"(mountDeviceByUUID device is null, uuid =  "CCCC" , path =  "")"_s,
             uR"(mountDeviceByUUID device is null, uuid =  "" , path =  "")"_s}));
@@ -130,7 +117,7 @@ void UuidMountTest::unmountByUuid()
     Utils::umountDeviceByUUID(u"CCCC"_s);
     QCOMPARE(udisks->mountPoints(u"sda3"_s), QStringList{u"/media/root/BBBB"_s});
     Utils::umountDeviceByUUID(u"BBBB"_s);
-    QCOMPARE(mountCalls(*udisks), (QStringList{u"Mount sda3"_s, u"Unmount sda3"_s}));
+    QCOMPARE(udisks->mountCalls(), (QStringList{u"Mount sda3"_s, u"Unmount sda3"_s}));
     QCOMPARE(udisks->mountPoints(u"sda3"_s), QStringList{});
 }
 
@@ -156,7 +143,7 @@ void UuidMountTest::history()
         (QStringList{u"BBBB backup/new 2023/11/14 1700000000"_s, u"AAAA /backup/old 2020/09/13 1600000000"_s,
             u"BBBB /no time 1970/01/01 abc"_s}));
     QCOMPARE(
-        mountCalls(*udisks), (QStringList{u"Mount sda2"_s, u"Mount sda3"_s, u"Unmount sda2"_s, u"Unmount sda3"_s}));
+        udisks->mountCalls(), (QStringList{u"Mount sda2"_s, u"Mount sda3"_s, u"Unmount sda2"_s, u"Unmount sda3"_s}));
 
     const QString found = u"backupFilePath =  \"%1/a/backup/old\" , kimList =  QList(\"system.kim\") , tarFileList =  "
                           "QList(\"opt.tar\", \"var.tar\")"_s.arg(folder);
@@ -206,7 +193,7 @@ void UuidMountTest::historyIgnoresWhatCannotBeMounted()
 {
     const QString folder = Sandbox::freshFolder();
     const auto udisks = machine(folder, folder);
-    FakeUDisks::Device broken = partition(u"sda2"_s, u"AAAA"_s);
+    FakeUDisks::Device broken = FakeUDisks::partition(u"sda2"_s, u"AAAA"_s);
     broken.mountError = u"it is broken"_s;
     udisks->addDevice(broken);
     makeBackup(u"/backup"_s);

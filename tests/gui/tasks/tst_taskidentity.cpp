@@ -33,11 +33,6 @@ public:
     }
 };
 
-QStringList mountCalls(const FakeMachine& machine)
-{
-    return machine.udisks.callLines().filter(u"ount "_s);
-}
-
 } // namespace
 
 class TaskIdentityTest : public QObject
@@ -75,8 +70,8 @@ void TaskIdentityTest::knownMachine()
     const OpenTask task;
     QCOMPARE(task.identity(), u"ROOT RECOVERY DATA Professional en_US UEFI"_s);
     QCOMPARE(task.fstabEntries().size(), 6);
-    QCOMPARE(
-        mountCalls(machine), (QStringList{u"Mount sda3"_s, u"Unmount sda3"_s, u"Mount sda4"_s, u"Unmount sda4"_s}));
+    QCOMPARE(machine.udisks.mountCalls(),
+        (QStringList{u"Mount sda3"_s, u"Unmount sda3"_s, u"Mount sda4"_s, u"Unmount sda4"_s}));
     QVERIFY(machine.log.find(u"efiPath =  \"/sys/firmware/efi\" , m_isUEFI =  true"_s).level == QtInfoMsg);
     QCOMPARE(machine.log.find(u"Root UUID: \"ROOT\""_s).function, u"void Task::getSystemUUID()"_s);
 }
@@ -87,7 +82,7 @@ void TaskIdentityTest::unknownMachine()
     Sandbox::setKernelCommandLine("BOOT_IMAGE=/live/vmlinuz boot=live\n");
     const OpenTask task;
     QVERIFY(task.identity().startsWith(u"   Professional"_s));
-    QCOMPARE(mountCalls(machine), QStringList());
+    QCOMPARE(machine.udisks.mountCalls(), QStringList());
     const QString expected = u"recoveryPath not exist!, recoveryPath:  \"/etc/kestro/system-recovery.conf\""_s;
     QCOMPARE(machine.log.messages(QtCriticalMsg), QStringList{expected});
 }
@@ -123,10 +118,10 @@ void TaskIdentityTest::compressionFromTheSecondMountOn()
     FakeMachine machine;
     Sandbox::writeFile(u"/media/ROOT/etc/fstab"_s, "UUID=ROOT / btrfs rw,compress=zstd 0 0\n");
     const OpenTask task;
-    QCOMPARE(mountCalls(machine).constFirst(), u"Mount sda3"_s);
+    QCOMPARE(machine.udisks.mountCalls().constFirst(), u"Mount sda3"_s);
     machine.udisks.forgetCalls();
     QCOMPARE(task.mountDeviceFromUUID(u"ROOT"_s), u"/media/ROOT"_s);
-    QCOMPARE(mountCalls(machine), QStringList{u"Mount sda3 options=compress=zstd"_s});
+    QCOMPARE(machine.udisks.mountCalls(), QStringList{u"Mount sda3 options=compress=zstd"_s});
     const LogLine line = machine.log.find(u"btrfs, mount uuid:  \"ROOT\" , with compress=zstd"_s);
     QCOMPARE(line.function, u"QString Task::mountDeviceFromUUID(const QString&) const"_s);
     QCOMPARE(line.level, QtInfoMsg);
@@ -143,7 +138,7 @@ void TaskIdentityTest::emptyKeysNameNothing()
     QCOMPARE(task.diskFromUUID({}), QPair(QString(), QString()));
     QCOMPARE(task.diskDeviceFromDrive({}), QString());
     QCOMPARE(task.getDevicePathsFromDrive({}), QStringList());
-    QCOMPARE(mountCalls(machine), QStringList());
+    QCOMPARE(machine.udisks.mountCalls(), QStringList());
 }
 
 void TaskIdentityTest::disksAndDrives()
@@ -266,7 +261,7 @@ void TaskIdentityTest::savedLog()
     QCOMPARE(machine.callsOf({u"cp"_s, u"sed"_s}),
         (QStringList{u"cp -a %1.log %1-old.log"_s.arg(saved), uR"(sed -i s?\/home\/.*\/?\/home\/xxx\/?g )"_s + log,
             u"cp -a %1 /media/RECOVERY/"_s.arg(log)}));
-    QCOMPARE(mountCalls(machine).constLast(), u"Unmount sda4"_s);
+    QCOMPARE(machine.udisks.mountCalls().constLast(), u"Unmount sda4"_s);
     QCOMPARE(machine.log.messages().constLast(), u"saved log to recovery gui"_s);
 }
 

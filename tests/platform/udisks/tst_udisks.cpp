@@ -12,11 +12,7 @@ namespace {
 
 FakeUDisks::Device ext4(const QString& name)
 {
-    FakeUDisks::Device device;
-    device.name = name;
-    device.idType = u"ext4"_s;
-    device.idUUID = u"uuid-"_s + name;
-    return device;
+    return FakeUDisks::partition(name, u"uuid-"_s + name);
 }
 
 } // namespace

@@ -43,7 +43,7 @@ void UDisksAbsentTest::noDaemon()
     std::unique_ptr<VBlockDevice> device;
     {
         FakeUDisks daemon;
-        daemon.addDevice({.name = u"sda1"_s, .idUUID = u"1"_s, .idType = u"ext4"_s});
+        daemon.addDevice(FakeUDisks::partition(u"sda1"_s, u"1"_s));
         const VDiskManager manager;
         device = manager.createBlockDevice(manager.blockDevices().value(0));
         QVERIFY(device);
