@@ -10,6 +10,7 @@
 #include "platform/velk/VDialog.h"
 #include "platform/velk/VIconButton.h"
 #include "sandbox/Sandbox.h"
+#include "support/buttons.h"
 #include "support/files.h"
 #include "utils/core/applicationproperties.h"
 #include "utils/FsTab.h"
@@ -17,10 +18,10 @@
 #include "utils/widget/TreeViewModel.h"
 #include "utils/widget/restorepage.h"
 
-#include <QAbstractButton>
 #include <QDir>
 #include <QLabel>
 #include <QLayout>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -203,13 +204,10 @@ void LiveWindowTest::wayOut()
         auto* dialog = live.window.findChild<VDialog*>();
         QCOMPARE(dialog->message(), u"Are you sure you want to exit and reboot your computer?"_s);
         QVERIFY(dialog->windowFlags().testFlag(Qt::BypassWindowManagerHint));
-        for (int i = 0; dialog->getButton(i); ++i) {
-            if (dialog->getButton(i)->text() == button) {
-                dialog->getButton(i)->click();
-            }
-        }
         if (button.isEmpty()) {
             QTest::keyClick(dialog, Qt::Key_Escape);
+        } else {
+            buttonIn(*dialog, button)->click();
         }
         answered = !dialog->isVisible();
     });

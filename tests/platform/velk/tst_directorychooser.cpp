@@ -2,6 +2,7 @@
 #include "platform/velk/VApplication.h"
 #include "platform/velk/directorychooser.h"
 #include "platform/velk/mountedmedia.h"
+#include "support/buttons.h"
 
 #include <QDir>
 #include <QLineEdit>
@@ -110,11 +111,7 @@ void DirectoryChooserTest::typedDirectoryIsChosen()
     auto* path = chooser.findChild<QLineEdit*>();
     path->selectAll();
     QTest::keyClicks(path, folder.path());
-    for (auto* button : chooser.findChildren<QPushButton*>()) {
-        if (button->text() == u"Choose"_s) {
-            button->click();
-        }
-    }
+    buttonIn(chooser, u"Choose"_s)->click();
     QCOMPARE(chooser.result(), int(QDialog::Accepted));
     QCOMPARE(chooser.directory(), folder.path());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "utils/widget/ShownRestorePage.h"
 
+#include "support/buttons.h"
 #include "utils/widget/ErrorLabel.h"
 #include "utils/widget/TreeViewModel.h"
 
@@ -33,10 +34,7 @@ ShownRestorePage::ShownRestorePage(bool haveInitBackup)
 
 QPushButton* ShownRestorePage::button(const QString& text) const
 {
-    const auto buttons = page.findChildren<QPushButton*>();
-    const auto found = std::find_if(
-        buttons.cbegin(), buttons.cend(), [&text](const QPushButton* button) { return button->text() == text; });
-    return found == buttons.cend() ? nullptr : *found;
+    return buttonIn(page, text);
 }
 
 QPushButton* ShownRestorePage::restoreButton() const

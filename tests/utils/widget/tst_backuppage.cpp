@@ -6,6 +6,7 @@
 #include "support/DialogAnswer.h"
 #include "support/FakePrograms.h"
 #include "support/LogCapture.h"
+#include "support/buttons.h"
 #include "utils/widget/BaseTableView.h"
 #include "utils/widget/ErrorLabel.h"
 #include "utils/widget/TreeViewModel.h"
@@ -47,10 +48,7 @@ private:
 
 QPushButton* BackupPageTest::backupButton() const
 {
-    const auto buttons = m_page->findChildren<QPushButton*>();
-    const auto found = std::find_if(
-        buttons.cbegin(), buttons.cend(), [](const QPushButton* button) { return button->text() == u"Back Up"_s; });
-    return found == buttons.cend() ? nullptr : *found;
+    return buttonIn(*m_page, u"Back Up"_s);
 }
 
 void BackupPageTest::init()
