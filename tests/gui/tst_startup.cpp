@@ -77,14 +77,6 @@ QStringList messagesOf(const QByteArray& log)
     return messages;
 }
 
-/// What the program asks the machine for while nothing is pending.
-void answerInventory(FakeMachine& machine)
-{
-    for (const QString& program : {u"lsblk"_s, u"blkid"_s, u"dmsetup"_s, u"df"_s, u"ls"_s}) {
-        machine.programs.reply({program});
-    }
-}
-
 } // namespace
 
 class StartupTest : public QObject
@@ -102,7 +94,7 @@ void StartupTest::pendingBackup()
 {
     FakeMachine machine;
     machine.allowFileCommands();
-    answerInventory(machine);
+    machine.programs.listNoDevices();
     machine.programs.reply({u"reboot"_s});
     machine.programs.reply({u"/lib/kestro-recovery-gui/scripts/create-data-info"_s},
         {.snippet = "printf 'UUID=%s\\nDirectory=%s\\n' \"$1\" \"$2\" > \"$3\""});
@@ -137,7 +129,7 @@ void StartupTest::pendingBackup()
 void StartupTest::nothingPending()
 {
     FakeMachine machine;
-    answerInventory(machine);
+    machine.programs.listNoDevices();
     Sandbox::writeFile(u"/media/ROOT/etc/default/locale"_s, "LANGUAGE=\"en_US\"\n");
     Program program;
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(markerPath), patience);
@@ -153,7 +145,7 @@ void StartupTest::nothingPending()
 void StartupTest::unwritableHome()
 {
     FakeMachine machine;
-    answerInventory(machine);
+    machine.programs.listNoDevices();
     QFile::remove(u"/media/ROOT/etc/default/locale"_s);
     QVERIFY(QDir().mkpath(logPath));
     QVERIFY(QDir().mkpath(markerPath));

@@ -100,6 +100,13 @@ void FakePrograms::reply(const QStringList& call, const QByteArray& out)
     reply(call, Reply{.out = out});
 }
 
+void FakePrograms::listNoDevices()
+{
+    for (const QString& program : {u"lsblk"_s, u"blkid"_s, u"dmsetup"_s, u"df"_s, u"ls"_s}) {
+        reply({program});
+    }
+}
+
 void FakePrograms::passThrough(const QStringList& call)
 {
     Sandbox::requireInside();

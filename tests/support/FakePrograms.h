@@ -44,6 +44,9 @@ public:
     /// As above, for a program that succeeds with this output.
     void reply(const QStringList& call, const QByteArray& out = {});
 
+    /// Lets the tools of the device inventory list nothing.
+    void listNoDevices();
+
     /// Lets calls that begin so run the real program. Only inside the sandbox, and never for a program that acts on
     /// the machine beyond the file system (reboot, poweroff, mkswap, systemctl, kestro-clone, …): that ends the
     /// process.

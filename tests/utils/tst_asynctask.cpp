@@ -58,14 +58,6 @@ void prepareDisk(FakePrograms& programs)
     programs.reply({u"sudo"_s, u"fsck"_s, u"-v"_s, u"-n"_s, u"/dev/mapper/luks-1"_s}, {.err = "errors", .exitCode = 4});
 }
 
-/// A machine whose tools list no device.
-void prepareNoDevices(FakePrograms& programs)
-{
-    for (const QString& tool : {u"lsblk"_s, u"dmsetup"_s, u"df"_s}) {
-        programs.reply({tool});
-    }
-}
-
 QString item(const QString& path, const QString& label, const QString& uuid, const QString& mountPoint,
     const QString& fsType, int status, int deviceType)
 {
@@ -274,7 +266,7 @@ void AsyncTaskTest::restorePage()
     udisks.addDevice(FakeUDisks::partition(u"sda5"_s, u"REC"_s, recovery));
     FakePrograms programs;
     programs.passThrough({u"sudo"_s, u"rm"_s});
-    prepareNoDevices(programs);
+    programs.listNoDevices();
 
     const LogCapture log;
     AsyncTask task(4);
@@ -306,7 +298,7 @@ void AsyncTaskTest::restorePageOfTheRunningSystem()
     udisks.addDevice(
         {.name = u"sda2"_s, .idUUID = u"ROOT"_s, .idType = u"ext4"_s, .mountError = u"it cannot be mounted"_s});
     FakePrograms programs;
-    prepareNoDevices(programs);
+    programs.listNoDevices();
 
     const LogCapture log;
     AsyncTask task(4);

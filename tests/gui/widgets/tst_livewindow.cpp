@@ -42,10 +42,11 @@ struct LiveWindow
         ApplicationProperties::setAutoRestart(false);
         ApplicationProperties::setLogFile(u"/home/kestro/kestro-recovery-gui.log"_s);
         machine.allowFileCommands();
-        machine.programs.reply({u"lsblk"_s}, disks.toUtf8());
-        for (const QString& program : {u"blkid"_s, u"dmsetup"_s, u"df"_s, u"ls"_s, u"reboot"_s}) {
-            machine.programs.reply({program});
+        machine.programs.listNoDevices();
+        if (!disks.isEmpty()) {
+            machine.programs.reply({u"lsblk"_s, u"--bytes"_s, u"--pairs"_s}, disks.toUtf8());
         }
+        machine.programs.reply({u"reboot"_s});
     }
 
     void open()
