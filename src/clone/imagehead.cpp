@@ -116,7 +116,10 @@ ImageHead writeFreshHead(const File& image, const CustomFiles& files)
     put(encodeRoot(head.root, head.id), slotPosition(0));
     put(encodeRoot(RootRecord{}, head.id), slotPosition(1));
     image.truncate(0);
-    image.writeAt(buffer.bytes(), 0);
+    // The header first: roots that no header says whose they are would be taken for somebody else's file.
+    image.writeAt(buffer.bytes().first(headerSize), 0);
+    image.sync();
+    image.writeAt(buffer.bytes().subspan(rootPosition), rootPosition);
     image.sync();
     if (!files.empty()) {
         RootRecord root = head.root;

@@ -38,5 +38,6 @@ float Progress::highest(float value)
 int Progress::rounded(float percent)
 {
     constexpr float largest = 2147483520.0F; // the largest float below 2^31
-    return static_cast<int>(std::clamp(percent + 0.5F, 0.0F, largest));
+    // The limit first: compared the other way round, a "nan" would get through.
+    return static_cast<int>(std::min(largest, std::max(0.0F, percent + 0.5F)));
 }
