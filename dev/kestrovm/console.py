@@ -11,6 +11,9 @@ import time
 from kestrolab.process import LabError
 
 
+RECENT = 500  # characters
+
+
 class SwitchedOff(LabError):
     """The machine ended while something was expected of it."""
 
@@ -22,6 +25,7 @@ class Line:
         self.socket = connection
         self.changed = threading.Condition()
         self.heard, self.is_on = "", True
+        self.recent, self.heard_at = "", time.monotonic()
         threading.Thread(target=self.listen, daemon=True).start()
 
     def listen(self):
@@ -29,11 +33,23 @@ class Line:
         with contextlib.suppress(OSError):
             while data := self.socket.recv(65536):
                 with self.changed:
-                    self.heard += decoder.decode(data)
+                    text = decoder.decode(data)
+                    self.heard += text
+                    self.recent, self.heard_at = (self.recent + text)[-RECENT:], time.monotonic()
                     self.changed.notify_all()
         with self.changed:
             self.is_on = False
             self.changed.notify_all()
+
+    def last_line(self) -> str:
+        """The last one that is not empty, whether or not it was expected; its beginning may be cut off."""
+        with self.changed:
+            return self.recent.rstrip().rpartition("\n")[2]
+
+    def silence(self) -> float:
+        """For how many seconds nothing was said."""
+        with self.changed:
+            return time.monotonic() - self.heard_at
 
     def expect(self, *patterns: str, seconds: float) -> re.Match:
         """The first match in what was heard since the last one; the text up to its end is used up."""

@@ -11,6 +11,7 @@ from . import base, layout
 from .emulator import FIRMWARE, KERNEL_PARAMETERS, Computer, Drive, Kernel
 from .product import as_rescue_stick
 from .stages import PROJECT, digest, sources, stage
+from .starting import started
 
 STICK = "KESTROSTICK"
 INSTALL_LIMIT = 5400
@@ -58,8 +59,9 @@ def install(folder: pathlib.Path, kind: Kind, recovery_system: pathlib.Path):
     drives = [Drive(folder / "system.raw", layout.SYSTEM_SERIAL, "raw"), Drive(folder / "stick.raw", STICK, "raw")]
     kernel = rescue_kernel(recovery_system, "systemd.unit=multi-user.target")
     data = layout.DATA.uuid if kind.layout == "data" else ""
-    with Computer(folder, drives, kernel, folder / "variables" if kind.uefi else None) as computer:
-        computer.shell.wait_until_ready(START_LIMIT)
+    variables = folder / "variables" if kind.uefi else None
+    with started(lambda: Computer(folder, drives, kernel, variables),
+                 lambda computer, _: computer.shell.wait_until_ready(START_LIMIT)) as (computer, _):
         computer.shell.run("systemctl is-system-running --wait || true", START_LIMIT)
         computer.shell.run(f"/run/live/medium/install-machine {layout.ROOT.uuid} {layout.RECOVERY.uuid} '{data}' "
                            f"'{WATCHED}' {kind.layout} {layout.CONTAINER_UUID} {PASSPHRASE}", INSTALL_LIMIT)

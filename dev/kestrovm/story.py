@@ -16,6 +16,7 @@ from .emulator import Computer, Drive, Kernel
 from .installed import PASSPHRASE, Installed, Kind
 from .recovery import RecoveryRun
 from .stages import CACHE, digest, stage
+from .starting import started
 from .view import View, make_layer
 
 START_LIMIT = 1800
@@ -90,21 +91,25 @@ class Story:
     @contextlib.contextmanager
     def installed_system(self):
         """A start of the installed system, up and with a shell; gives (computer, Up)."""
-        with self.computer() as computer:
+        def begin(computer: Computer, _is_second: bool) -> Up:
             self.unlock(computer)
             said = computer.console.expect(rf"{base.UP} swap=\[(.*?)\] failed=\[(.*?)\]", seconds=START_LIMIT)
             computer.shell.wait_until_ready(START_LIMIT)
-            yield computer, Up(said[1], said[2].strip())
+            return Up(said[1], said[2].strip())
+        with started(self.computer, begin) as up:
+            yield up
 
     @contextlib.contextmanager
     def recovery_system(self, *drives: Drive, kernel: Kernel | None = None, chosen: bool = False):
         """A start of the recovery system: by KERNEL, CHOSEN in the boot menu, or as the boot menu was told."""
-        with self.computer(kernel, *drives) as computer:
-            if chosen:
+        def begin(computer: Computer, is_second: bool) -> RecoveryRun:
+            if chosen or (is_second and kernel is None):
                 computer.choose_recovery_system(START_LIMIT)
             self.unlock(computer)
             run_of_program = RecoveryRun(computer)
             run_of_program.wait_for_program(START_LIMIT)
+            return run_of_program
+        with started(lambda: self.computer(kernel, *drives), begin) as (_, run_of_program):
             yield run_of_program
 
     def schedule(self, kind: str, tasks: list[dict]):
