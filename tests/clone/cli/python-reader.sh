@@ -22,5 +22,6 @@ e2fsck -fn copy >/dev/null 2>&1 && echo clean
 for position in 0 100 4200 9000 17000 "$(($(stat -c %s a.kim) - 100))"; do
     cp a.kim damaged
     flip damaged "$position"
-    python3 "$reader" extract damaged copy 2>&1 || true
+    # Where the last part lies depends on how well the file system's own random bytes were packed.
+    python3 "$reader" extract damaged copy 2>&1 | sed -E 's/at [0-9]{6}$/at the last part/' || true
 done
