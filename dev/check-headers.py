@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Compiles each header named on standard input by itself, with the flags of a source file of the same folder."""
+"""Compiles each header named on standard input by itself, with the flags of its source file, or of one nearby."""
 import concurrent.futures
 import json
 import os
@@ -26,9 +26,10 @@ def flags_of(entry: dict) -> list[str]:
 
 
 def nearest_entry(header: pathlib.Path, entries: list[dict]) -> dict:
-    def shared(entry: dict) -> int:
-        return len(os.path.commonpath([str(header.resolve()), entry["file"]]))
-    return max(entries, key=shared)
+    def nearness(entry: dict) -> tuple[int, bool]:
+        file = pathlib.Path(entry["file"])
+        return len(os.path.commonpath([str(header.resolve()), str(file)])), file.stem == header.stem
+    return max(entries, key=nearness)
 
 
 def compile_alone(header: pathlib.Path, entries: list[dict]) -> str:
