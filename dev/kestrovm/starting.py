@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Starts a computer up to where somebody can use it, once more when the emulation itself stood still.
 
-About one start in a hundred the emulated processors never leave the first seconds of Debian's kernel. Nothing of the
+Once in 49 starts of a whole run the emulated processors did not leave the first seconds of Debian's kernel. Nothing of the
 recovery system has run by then, and nothing was written to a disk.
 """
 import contextlib
