@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "installedversion.h"
 
+#include "utils/core/inifile.h"
+
 #include <QFile>
-#include <QSettings>
 
 #include <filesystem>
 #include <system_error>
@@ -29,11 +30,11 @@ QString osVersionFile(const QString& rootDir)
 
 QString installedEdition(const QString& rootDir)
 {
-    const QSettings settings(u"%1/usr/lib/kestro/desktop-version"_s.arg(rootDir), QSettings::IniFormat);
-    return settings.value("Release/Type", u"Professional"_s).toString();
+    const IniValues values = readIni(u"%1/usr/lib/kestro/desktop-version"_s.arg(rootDir));
+    return values.value(u"Release/Type"_s, u"Professional"_s);
 }
 
 int installedMinorVersion(const QString& rootDir)
 {
-    return QSettings(osVersionFile(rootDir), QSettings::IniFormat).value("Version/MinorVersion").toInt();
+    return readIni(osVersionFile(rootDir)).value(u"Version/MinorVersion"_s).toInt();
 }

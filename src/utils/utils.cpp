@@ -10,12 +10,12 @@
 
 #include "platform/udisks/VBlockDevice.h"
 #include "utils/core/command.h"
+#include "utils/core/inifile.h"
 
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
-#include <QSettings>
 #include <QStorageInfo>
 #include <QUuid>
 
@@ -266,7 +266,7 @@ bool getSwapPartitionSize(const QString& devicePath, qint64& size)
 QString getRecoveryUUID(const QString& rootDir)
 {
     const QString path = u"%1/etc/kestro/system-recovery.conf"_s.arg(rootDir);
-    return QFile::exists(path) ? QSettings(path, QSettings::IniFormat).value("UUID").toString() : QString();
+    return readIni(path).value(u"UUID"_s);
 }
 
 bool isWritable(const QString& path)

@@ -3,8 +3,8 @@
 #include "gui/tasks/Task.h"
 
 #include "gui/tasks/fstablines.h"
-#include "gui/tasks/inifile.h"
 #include "utils/core/command.h"
+#include "utils/installedversion.h"
 
 #include <QDebug>
 #include <QFile>
@@ -36,7 +36,7 @@ QMap<QString, QString> Task::getUUIDFromFstab()
         return {};
     }
     QMap<QString, QString> uuidMap = parseMountPointUuids(QString::fromUtf8(fstab.readAll()));
-    m_osMinorVersion = readIni(root + "/etc/os-version"_L1).value(u"Version/MinorVersion"_s).toInt();
+    m_osMinorVersion = installedMinorVersion(root);
     qDebug() << "uuidMap:" << uuidMap;
     return uuidMap;
 }

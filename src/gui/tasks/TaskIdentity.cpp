@@ -2,11 +2,11 @@
 // Task: which installed system is served, what the pending task is, and where the log of this run is kept.
 #include "gui/tasks/Task.h"
 
-#include "gui/tasks/inifile.h"
 #include "gui/tasks/rootparameter.h"
 #include "utils/backuphistory.h"
 #include "utils/core/applicationproperties.h"
 #include "utils/core/command.h"
+#include "utils/installedversion.h"
 #include "utils/utils.h"
 
 #include <QDebug>
@@ -47,14 +47,16 @@ void Task::getSystemUUID()
     // Without a mount point these would be the files of this environment.
     if (!root.isEmpty()) {
         m_fstabEntries = FSTab::getFSTabFromFile(root + (root.endsWith(u'/') ? "etc/fstab"_L1 : "/etc/fstab"_L1));
-        m_edition = readIni(u"%1/usr/lib/kestro/desktop-version"_s.arg(root)).value(u"Release/Type"_s, m_edition);
+        m_edition = installedEdition(root);
     }
     readRecoveryUUID(root);
     m_fstabByUuid = fstabByUuid(m_fstabEntries);
     const QString efiPath = u"/sys/firmware/efi"_s;
     m_isUEFI = QFileInfo::exists(efiPath);
     qInfo() << "efiPath = " << efiPath << ", m_isUEFI = " << (m_isUEFI ? "true" : "false");
-    Utils::getSystemLocale(root, m_locale);
+    if (!root.isEmpty()) {
+        Utils::getSystemLocale(root, m_locale);
+    }
     unmountDeviceFromUUID(m_rootUUID);
     readDataUUID();
 }
@@ -89,9 +91,12 @@ void Task::readRecoveryUUID(const QString& rootMountPoint)
     const QString recoveryPath = u"%1/etc/kestro/system-recovery.conf"_s.arg(rootMountPoint);
     if (!QFileInfo::exists(recoveryPath)) {
         qCritical() << "recoveryPath not exist!, recoveryPath: " << recoveryPath;
-        return;
+        // A root that has lost its files is what the initial images are for: the recovery system knows where it came
+        // from.
+        m_recoveryUUID = Utils::getRecoveryUUID({});
+    } else {
+        m_recoveryUUID = Utils::getRecoveryUUID(rootMountPoint);
     }
-    m_recoveryUUID = Utils::getRecoveryUUID(rootMountPoint);
     qDebug() << "recovery UUID:" << m_recoveryUUID;
 }
 

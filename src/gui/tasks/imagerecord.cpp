@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "gui/tasks/imagerecord.h"
 
-#include "gui/tasks/inifile.h"
+#include "utils/core/inifile.h"
 
 #include <QStringList>
 

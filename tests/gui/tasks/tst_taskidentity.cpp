@@ -51,6 +51,7 @@ private Q_SLOTS:
     void pendingTask();
     void pendingTaskThatStays();
     void unmountableRootPartition();
+    void rootWithoutItsFiles();
     void unmountableRecoveryPartition();
     void recordedBackups();
     void savedLog();
@@ -205,9 +206,19 @@ void TaskIdentityTest::unmountableRootPartition()
     FakeMachine machine;
     machine.refuseMount(u"sda3"_s);
     Sandbox::writeFile(u"/usr/lib/kestro/desktop-version"_s, "[Release]\nType=Device\n");
+    Sandbox::writeFile(u"/etc/default/locale"_s, "LANGUAGE=\"de\"\n");
     const OpenTask task;
-    QVERIFY(task.identity().startsWith(u"ROOT   Professional"_s));
+    QVERIFY(task.identity().startsWith(u"ROOT   Professional  "_s));
     QVERIFY(task.fstabEntries().isEmpty());
+}
+
+void TaskIdentityTest::rootWithoutItsFiles()
+{
+    const FakeMachine machine;
+    QVERIFY(QDir(u"/media/ROOT/etc"_s).removeRecursively());
+    Sandbox::writeFile(u"/etc/kestro/system-recovery.conf"_s, "UUID=RECOVERY\n");
+    const OpenTask task;
+    QVERIFY(task.identity().startsWith(u"ROOT RECOVERY DATA "_s));
 }
 
 void TaskIdentityTest::unmountableRecoveryPartition()

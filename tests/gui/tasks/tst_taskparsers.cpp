@@ -2,10 +2,10 @@
 #include "gui/tasks/datainfo.h"
 #include "gui/tasks/fstablines.h"
 #include "gui/tasks/imagerecord.h"
-#include "gui/tasks/inifile.h"
 #include "gui/tasks/mountoptions.h"
 #include "gui/tasks/rootparameter.h"
 #include "gui/tasks/taskarguments.h"
+#include "utils/core/inifile.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "gui/tasks/inifile.h"
+#include "utils/core/inifile.h"
 
 #include <QFile>
 #include <QSettings>
