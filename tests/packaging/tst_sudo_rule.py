@@ -14,6 +14,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "dev"))
 from kestrolab.root import skip_unless, skip_without_root  # noqa: E402
 
 RULE = pathlib.Path(sys.argv.pop(1))
+OPTIONS = pathlib.Path(__file__).resolve().parents[2] / "packaging/environment/tar-options"
 SCRIPTS = "/lib/kestro-recovery-gui/scripts/"
 # The programs of the rule need to be there for sudo, not to work.
 STAGE = """
@@ -50,7 +51,8 @@ ALLOWED = (
     (*TAR, "-rpf", "/media/kestro/b/backup//opt.tar", "-C", "/media/kestro/root", "opt"),
     (*TAR, "-xpf", "/media/kestro/b/var.tar", "-C", "/media/kestro/root", "var"),
     (*TAR, "-xpf", "/media/kestro/b/var.tar", "datainfo"),
-    ("tar", "-tf", "/media/kestro/b/backup//opt.tar"), ("tar", "-tf", "/media/kestro/b/backup//opt.tar", "opt"),
+    ("tar", "--no-seek", "-tf", "/media/kestro/b/backup//opt.tar"),
+    ("tar", "--no-seek", "-tf", "/media/kestro/b/backup//opt.tar", "opt"),
     ("tar", "--occurrence=1", "-xOf", "/media/kestro/b/backup//opt.tar", "datainfo"),
     ("find", "/media/kestro/data/home/", "-mindepth", "1", "-maxdepth", "1", "-inum", "12", "-exec", "rm", "-rf", "{}",
      "+"),
@@ -73,7 +75,7 @@ ALLOWED = (
     ("sed", "-i", r"s?\/home\/.*\/?\/home\/xxx\/?g", LOG),
     ("blkid",),
     ("dmsetup", "deps", "-o", "blkdevname"),
-    ("fsck", "-v", "-n", "/dev/sda3"),
+    ("fsck", "-v", "-n", "/dev/sda3"), ("fsck", "-y", "/dev/mapper/vg-a:b@c+d"),
     ("mkswap", "/dev/nvme0n1p2", "-U", "0d5c-11ab"),
     (SCRIPTS + "write-file", "DiskInfo", r"UUID=1234-ABCD\nVersion=1.1"),
     (SCRIPTS + "create-data-info", "1234-ABCD", "opt", "/media/kestro/root/datainfo"),
@@ -87,7 +89,7 @@ ALLOWED = (
 REFUSED = (
     ("find", "/home/", "-mindepth", "1", "-maxdepth", "1", "-inum", "12", "-exec", "rm", "-rf", "{}", "+"),
     ("find", "/media/kestro/data/", "-mindepth", "1", "-maxdepth", "1", "-inum", "12", "-exec", "sh", "-c", "{}", "+"),
-    ("tar", "-tf", "/media/kestro/b/opt.tar", "--to-command=sh"),
+    ("tar", "--no-seek", "-tf", "/media/kestro/b/opt.tar", "--to-command=sh"),
     ("bash",), ("reboot",), ("poweroff", "-f"), ("blkid", "-g"), ("dmsetup", "remove_all"),
     ("kestro-clone", "--rescue", "--tui", "/dev/sda3", "/media/a"),
     ("kestro-clone", "--write-custom-file", "kim:///media/a.kim/DiskInfo", "/etc/shadow"),
@@ -103,7 +105,8 @@ REFUSED = (
     ("mkdir", "-p", "/etc/x"), ("setfacl", "-m", "u:kestro:rwx", "/media/kestro/a"),
     ("chattr", "-R", "+i", "/media/kestro/a"), ("chattr", "-R", "-i", "/etc"),
     ("sed", "-i", "s?a?b?g", LOG), ("sed", "-i", r"s?\/home\/.*\/?\/home\/xxx\/?g", "/etc/shadow"),
-    ("fsck", "-y", "/media/kestro/image"), ("mkswap", "/dev/sda2"),
+    ("fsck", "-y", "/media/kestro/image"), ("fsck", "-y", "/dev/../etc/passwd"), ("mkswap", "/dev/sda2"),
+    ("mkswap", "/dev/../etc/passwd", "-U", "0d5c-11ab"), ("mkswap", "/dev/-L", "-U", "0d5c-11ab"),
     (SCRIPTS + "write-file", "/etc/shadow", "x"),
     (SCRIPTS + "create-data-info", "1234", "home", "/media/kestro/root/datainfo"),
     (SCRIPTS + "resetEFI", "/dev/sda1", "modern", "/dev/sda"),
@@ -139,6 +142,16 @@ class SudoRule(unittest.TestCase):
         for words, allowed in [(words, True) for words in ALLOWED] + [(words, False) for words in REFUSED]:
             with self.subTest(words):
                 self.assertEqual(self.sudo_allows(words), allowed)
+
+    def test_tar_keeps_numbers_and_holes(self):
+        """The options come from a file that the rule names: the program's own command lines have none of them."""
+        folder = "/usr/lib/kestro-recovery-environment"
+        prepare = (f'mkdir -p {folder} && cp "$1" {folder}/tar-options && shift && '
+                   "printf '#!/bin/sh\necho \"$TAR_OPTIONS\"\n' >/usr/bin/tar && exec \"$@\"")
+        result = self.staged("sh", "-c", prepare, "sh", str(OPTIONS), "setpriv", "--reuid=999", "--regid=999",
+                             "--clear-groups", "sudo", "tar", "--no-seek", "-tf", "/media/kestro/b/opt.tar",
+                             capture_output=True)
+        self.assertEqual((result.returncode, result.stdout), (0, "--numeric-owner --sparse\n"), result.stderr)
 
     def test_refusal_asks_for_no_password(self):
         """The session has a terminal, at which nobody would ever answer."""

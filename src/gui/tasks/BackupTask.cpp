@@ -2,7 +2,9 @@
 #include "gui/tasks/BackupTask.h"
 
 #include "gui/tasks/backupcheck.h"
+#include "gui/tasks/ondisk.h"
 #include "gui/tasks/taskarguments.h"
+#include "gui/tasks/tasktype.h"
 #include "utils/core/command.h"
 #include "utils/utils.h"
 
@@ -15,19 +17,12 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr int manualBackup = 3;
-constexpr int systemBackup = 4;
-
-} // namespace
-
 BackupTask::BackupTask(const QJsonArray& tasks, const int& actionType, QObject* parent)
     : Task(parent)
     , m_actionType(actionType)
 {
     setTasks(tasks);
-    if (m_actionType == manualBackup) {
+    if (m_actionType == ManualBackup) {
         unmountDeviceFromUUID(m_dataUUID);
     }
     start();
@@ -78,8 +73,7 @@ void BackupTask::addImageBackup(const BackupElement& element)
     }
     const BackupPlan plan = planImage(source, directory, element.imageName);
     if (wouldRelabel(plan)) {
-        setError(QCoreApplication::translate(
-            "ErrorType", "This directory cannot be used to store backup files, please select a different directory."));
+        refuseDirectory();
     } else {
         m_plans.append(plan);
     }
@@ -87,7 +81,7 @@ void BackupTask::addImageBackup(const BackupElement& element)
 
 ImageSource BackupTask::imageSource(const QString& uuid) const
 {
-    if (m_actionType == systemBackup) {
+    if (m_actionType == SystemBackup) {
         return {devicePathFromUUID(uuid), "UUID="_L1 + uuid};
     }
     const auto [drive, device] = diskFromUUID(uuid);
@@ -128,6 +122,13 @@ void BackupTask::backupOptAndVar(const QString& sourceUuid, const QString& backu
         refuse();
         return;
     }
+    // A restore would clear the backup away with what it makes room in.
+    if (std::ranges::any_of(
+            names, [&](const QString& name) { return liesWithin(backupDirectory, mountPoint + u'/' + name); })) {
+        qWarning() << "backup directory lies in what is backed up:" << backupDirectory;
+        refuseDirectory();
+        return;
+    }
     for (const QString& name : names) {
         backupDataDirectory(mountPoint, sourceUuid, backupDirectory, name);
     }
@@ -154,6 +155,12 @@ bool BackupTask::areImagesGood() const
         names, [this](const QString& name) { return Utils::checkImageFile(m_backupDir + u'/' + name); });
 }
 
+void BackupTask::refuseDirectory()
+{
+    setError(QCoreApplication::translate(
+        "ErrorType", "This directory cannot be used to store backup files, please select a different directory."));
+}
+
 void BackupTask::refuse()
 {
     setError(tr("Backup error, please try again"));
@@ -161,7 +168,7 @@ void BackupTask::refuse()
 
 void BackupTask::verifyImages()
 {
-    // Deliberate: a directory that is gone is not checked.
+    // Deliberate: neither a directory that is gone nor the backup of a task that has failed already is checked.
     const bool isGone = !m_backupDir.isEmpty() && !QDir(m_backupDir).exists();
     if (isFailed() || isGone || (areImagesGood() && std::ranges::all_of(m_plans, isDescribedAsPlanned))) {
         Q_EMIT

@@ -33,6 +33,7 @@ private:
     [[nodiscard]] ImageSource imageSource(const QString& uuid) const;
     [[nodiscard]] QString mountedDirectory(const BackupElement& element) const;
     void carryOut(const BackupPlan& plan);
+    void refuseDirectory();
     void refuse();
     [[nodiscard]] bool areImagesGood() const;
 

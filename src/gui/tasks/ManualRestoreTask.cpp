@@ -4,6 +4,7 @@
 #include "gui/tasks/blockdevices.h"
 #include "gui/tasks/datainfo.h"
 #include "gui/tasks/fstablines.h"
+#include "gui/tasks/ondisk.h"
 #include "gui/tasks/restorerules.h"
 #include "gui/tasks/taskarguments.h"
 #include "platform/udisks/VBlockDevice.h"
@@ -34,7 +35,7 @@ ManualRestoreTask::ManualRestoreTask(const QString& fromPath, QObject* parent)
     m_checksJobs = false;
     QTimer::singleShot(0, this, [this] {
         setJobs(m_fromPath);
-        beginWhenWhole();
+        beginWhenComplete();
     });
     connect(this, &Task::taskFinished, this, &ManualRestoreTask::onTaskFinished);
 }
@@ -50,13 +51,42 @@ void ManualRestoreTask::setTasks(const QJsonArray& tasks)
             continue;
         }
         const QJsonArray args = task[u"args"_s].toArray();
-        const QString directory = args[1].toString();
+        const QString directory = args[1].toString(); // args[2], the system that was backed up, decides nothing
         const QString mountPoint = mountDeviceFromUUID(uuidOfArgument(args[0].toString()));
         const bool isInside = !mountPoint.isEmpty() && !leadsUpwards(directory);
         m_fromPath = isInside ? mountPoint + directory : QString();
         setJobs(m_fromPath);
     }
+    beginWhenComplete();
+}
+
+void ManualRestoreTask::beginWhenComplete()
+{
+    if (!isFailed() && wouldLoseFiles()) {
+        refuseBrokenFile();
+    }
     beginWhenWhole();
+}
+
+// Room is made in both directories, whatever the archives hold and wherever they lie: of half a backup only half would
+// come back, and nothing of one that is cleared away itself.
+bool ManualRestoreTask::wouldLoseFiles() const
+{
+    constexpr auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    for (const QString& mountPoint : m_mountsToClear) {
+        for (const QString& name : {u"opt"_s, u"var"_s}) {
+            const QString directory = mountPoint + u'/' + name;
+            if (!m_restored.contains(directory) && !QDir(directory).isEmpty(everything)) {
+                qWarning() << "no archive brings back:" << directory;
+                return true;
+            }
+            if (std::ranges::any_of(m_sources, [&](const QString& source) { return liesWithin(source, directory); })) {
+                qWarning() << "the backup lies in:" << directory;
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 void ManualRestoreTask::begin()
@@ -74,6 +104,7 @@ void ManualRestoreTask::setJobs(const QString& fromPath)
     directory.setFilter(QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot);
     // An empty path would be the working directory.
     const bool exists = !fromPath.isEmpty() && directory.exists();
+    m_sources.append(fromPath);
     if (!exists) {
         qDebug() << "dir is not exist : " << fromPath;
     }
@@ -205,6 +236,7 @@ void ManualRestoreTask::addArchives(const QString& directory, const QStringList&
             return;
         }
         addArchiveJob(archive, target);
+        m_restored.append(target);
     }
     if (!mountPoint.isEmpty()) {
         m_mountsToClear.append(mountPoint);

@@ -32,6 +32,8 @@ private:
     bool addDiskImage(const QString& filePath);
     bool addPartitionImage(const QString& filePath);
     void addArchives(const QString& directory, const QStringList& names);
+    void beginWhenComplete();
+    [[nodiscard]] bool wouldLoseFiles() const;
     void begin() override;
     void refuseBrokenFile() override;
     void refuseMismatch();
@@ -49,9 +51,11 @@ private:
     [[nodiscard]] QString swapUuidOn(VBlockDevice& device) const;
 
     bool m_checksJobs = true;    ///< an empty list is a failure
-    QString m_diskDrive;         ///< drive of the last whole-disk image; not cleared between images
-    QString m_uuid;              ///< partition of the last partition image; not cleared between images
-    QString m_version;           ///< record version of the last image that has one
+    QString m_diskDrive;         ///< drive of the last image; a description of one line sets only what it names
+    QString m_uuid;              ///< partition of the last image; likewise
+    QString m_version;           ///< version of the last record
     QString m_fromPath;          ///< the backup directory
     QStringList m_mountsToClear; ///< where "opt" and "var" make room for what the archives hold
+    QStringList m_restored;      ///< the directories that the archives bring back
+    QStringList m_sources;       ///< all backup directories
 };

@@ -2,6 +2,7 @@
 #include "gui/tasks/SystemRestoreTask.h"
 
 #include "gui/tasks/initialimages.h"
+#include "gui/tasks/ondisk.h"
 #include "utils/core/command.h"
 #include "utils/utils.h"
 
@@ -125,7 +126,7 @@ void SystemRestoreTask::fixDataPartition()
     const QString destination = u"%1/"_s.arg(data);
     const bool hasVar = SpawnCmd(u"sudo"_s, {u"cp"_s, u"-a"_s, u"%1/var"_s.arg(system), destination});
     const bool hasOpt = SpawnCmd(u"sudo"_s, {u"cp"_s, u"-a"_s, u"%1/opt"_s.arg(system), destination});
-    if (hasVar && hasOpt) {
+    if (hasVar && hasOpt && hasReachedDisk(destination)) {
         deleteOptAndVar(system);
     } else {
         qWarning() << "failed to cp 'opt' and 'var', they stay in the system partition!";

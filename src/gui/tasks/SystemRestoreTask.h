@@ -45,5 +45,5 @@ private:
     void removeInode(const QString& directory, quint64 inode);
 
     bool m_refreshDataPartition = false; ///< wipe the users' data
-    QString m_systemUUID;                ///< the partition of the last initial image that names one
+    QString m_systemUUID;                ///< the partition that the info file of the last image names; may be empty
 };

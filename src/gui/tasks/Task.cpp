@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "gui/tasks/Task.h"
 
+#include "gui/tasks/ondisk.h"
 #include "gui/tasks/progress.h"
 
 #include <QDebug>
@@ -22,7 +23,7 @@ Task::~Task() = default;
 void Task::addJob(const QString& from, const QString& to, JobType type)
 {
     // The last reference is often dropped inside a signal of the process itself: only deleteLater is allowed there.
-    const QSharedPointer<QProcess> process(new QProcess(this), &QObject::deleteLater);
+    const QSharedPointer<QProcess> process(new JobProcess(this), &QObject::deleteLater);
     m_jobs.append({type, process, to, from});
     m_taskCount += 1.0F;
 }
@@ -94,7 +95,10 @@ float Task::fraction() const
 
 void Task::onJobFinished(int exitCode, QProcess::ExitStatus status)
 {
-    if (exitCode != 0 || status != QProcess::NormalExit) {
+    const Job& job = m_jobs.constFirst();
+    const bool isDone = exitCode == 0 && status == QProcess::NormalExit;
+    // The image tool itself sees to it that everything reaches the disk.
+    if (!isDone || (job.type != JobType::Clone && !hasReachedDisk(job.to))) {
         // Where the log of this run will be kept: the end page tells the person to look there.
         setError(u"/recovery/kestro-recovery-gui.log"_s);
         return;

@@ -23,7 +23,7 @@ class TreeViewModel;
 /// system that they serve.
 ///
 /// The instance of start-up only answers questions about the installed system; the subclasses build and run jobs.
-/// Everything happens on the GUI thread, and a job runs until it ends by itself.
+/// Everything happens on the GUI thread, and a job runs until it ends by itself, even when its task is deleted.
 class Task : public QObject
 {
     Q_OBJECT
@@ -57,8 +57,8 @@ public:
     /// initial image, as application properties. The properties are set in every case.
     void getRecoveryJson();
 
-    /// Keeps this run's log, without user names, on the recovery partition, and beside it the log of the run before;
-    /// nothing when that cannot be mounted. May be called again when there is more to keep.
+    /// Keeps this run's log on the recovery partition, paths below "/home" shortened, and beside it the log of the run
+    /// before; nothing when that partition cannot be mounted. May be called again when there is more to keep.
     void saveLogToRecovery();
 
     /// Whether the part of @p ver1 before its first "." sorts, as text, before or equal to that of @p ver2;
@@ -79,7 +79,7 @@ Q_SIGNALS:
     void finished();
     /// The task failed; @p error is for the person.
     void failed(const QString& error);
-    /// The percentage done. It can exceed 100 for a moment in a short mixed task.
+    /// The percentage done. It can exceed 100 while an archive of a short mixed task is written.
     void progressChanged(int value);
     /// For handing over a filled backup list; never emitted by this class.
     void processTreeViewListItem(TreeViewModel* model);

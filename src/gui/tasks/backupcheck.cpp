@@ -4,6 +4,7 @@
 #include "gui/tasks/imagerecord.h"
 #include "gui/tasks/toolfile.h"
 #include "utils/core/command.h"
+#include "utils/utils.h"
 
 #include <QDebug>
 #include <QFileInfo>
@@ -34,8 +35,12 @@ QString firstMemberOf(const QString& archive)
 
 bool wouldRelabel(const BackupPlan& plan)
 {
-    const QString record = QFileInfo::exists(plan.job.to) ? recordIn(plan.job.to).trimmed() : QString();
-    const bool isOther = !record.isEmpty() && record != plan.description.trimmed();
+    if (!QFileInfo::exists(plan.job.to)) {
+        return false;
+    }
+    const QString record = recordIn(plan.job.to).trimmed();
+    // What a backup that was cut short has left has no record either, and may go.
+    const bool isOther = record.isEmpty() ? Utils::checkImageFile(plan.job.to) : record != plan.description.trimmed();
     if (isOther) {
         qWarning() << "image of something else:" << plan.job.to << record << "instead of" << plan.description;
     }

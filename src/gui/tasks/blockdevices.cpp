@@ -39,7 +39,7 @@ void BlockDevices::forEachOnDrive(const QString& drive, const std::function<void
     const VDiskManager manager;
     for (const QString& path : manager.blockDevices({})) {
         const std::unique_ptr<VBlockDevice> device = manager.createBlockDevice(path);
-        if (device && device->drive().endsWith(drive)) {
+        if (device && driveOf(*device) == drive) {
             visit(*device);
         }
     }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +25,19 @@ constexpr std::array archiveJobs{
 };
 
 } // namespace
+
+JobProcess::JobProcess(QObject* parent)
+    : QProcess(parent)
+{
+    // What tar has to say must not end it when nobody listens any more.
+    setChildProcessModifier([] { ::signal(SIGPIPE, SIG_IGN); });
+}
+
+// QProcess would kill what still runs and wait for its end. As an unprivileged user it can only wait.
+JobProcess::~JobProcess()
+{
+    setProcessState(NotRunning);
+}
 
 QProcessEnvironment jobEnvironment()
 {

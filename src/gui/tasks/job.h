@@ -15,6 +15,16 @@ enum class JobType : qint32 {
     TarAppend = 3,  ///< the directory `from` behind what the archive `to` already holds
 };
 
+/// A process that lives on when this object is deleted: what is being written to a disk is never cut off in the middle.
+class JobProcess : public QProcess
+{
+    Q_OBJECT
+
+public:
+    explicit JobProcess(QObject* parent = nullptr);
+    ~JobProcess() override;
+};
+
 /// One queued command of a task.
 struct Job
 {

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "gui/tasks/wholefilescheck.h"
 
-#include "gui/tasks/job.h"
-
 #include <QDebug>
 #include <QFile>
 #include <QTimer>
@@ -43,7 +41,8 @@ void WholeFilesCheck::addImage(const QString& path)
 void WholeFilesCheck::addArchive(const QString& path, const QString& member)
 {
     const QStringList members = member.isEmpty() ? QStringList() : QStringList(member);
-    m_files.append({path, QStringList{u"tar"_s, u"-tf"_s, path} + members, true});
+    // Otherwise tar seeks over what the members hold: a block that cannot be read would show when all is cleared.
+    m_files.append({path, QStringList{u"tar"_s, u"--no-seek"_s, u"-tf"_s, path} + members, true});
 }
 
 bool WholeFilesCheck::isNeeded() const

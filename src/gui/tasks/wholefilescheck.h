@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "gui/tasks/job.h"
+
 #include <QList>
 #include <QObject>
 #include <QProcess>
@@ -50,5 +52,5 @@ private:
     void readNext();
 
     QList<File> m_files; ///< those still to read, the current one first
-    QProcess m_process;
+    JobProcess m_process;
 };

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "gui/tasks/tasktype.h"
+
 #include <QLatin1StringView>
 #include <QString>
 
 class QJsonArray;
 class QObject;
 class Task;
-
-/// What runs, by the numbers that the backup task knows, too.
-enum TaskType { NoTask = 0, SystemRestore = 1, ManualRestore = 2, ManualBackup = 3, SystemBackup = 4 };
 
 /// How a pending task is begun and shown.
 struct PendingTask

@@ -3,6 +3,7 @@
 #include "gui/tasks/FakeMachine.h"
 #include "gui/tasks/ManualRestoreTask.h"
 #include "gui/tasks/TaskRun.h"
+#include "gui/tasks/tasktype.h"
 #include "sandbox/Sandbox.h"
 
 #include <QDir>
@@ -12,9 +13,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int manualBackup = 3;
-constexpr int systemBackup = 4;
 
 QJsonObject imageOf(const QString& source, const QString& name = u"system.kim"_s)
 {
@@ -43,6 +41,7 @@ private Q_SLOTS:
     void otherImageInThePlace_data();
     void otherImageInThePlace();
     void mountPointThatHoldsAName();
+    void directoryInWhatIsBackedUp();
     void directoryGoneAtTheEnd();
     void backupAndRestore();
 };
@@ -58,7 +57,7 @@ void BackupTaskTest::systemBackupCalls()
         machine.programs.reply({u"sudo"_s, u"tar"_s, u"--occurrence=1"_s, u"-xOf"_s, archive},
             "UUID=DATA\nDirectory="_ba + name.toUtf8() + '\n');
     }
-    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)}, systemBackup);
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)}, SystemBackup);
     QCOMPARE(run.outcome(), u"finished"_s);
     const QString dir = u"/media/TARGET/b/"_s;
     QCOMPARE(machine.callsOf({u"mkdir"_s, u"setfacl"_s, u"write-file"_s, u"kestro-clone"_s, u"create-data-info"_s,
@@ -84,7 +83,7 @@ void BackupTaskTest::manualBackupCalls()
     FakeMachine machine;
     machine.allowFileCommands();
     machine.allowImages();
-    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, manualBackup);
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, ManualBackup);
     QCOMPARE(run.outcome(), u"finished"_s);
     QCOMPARE(machine.callsOf({u"write-file"_s}), QStringList{u"write-file DiskInfo DiskDrive=DISK_A\\nVersion=1.1"_s});
     QCOMPARE(machine.jobs(), QStringList{u"/dev/sda /media/TARGET/b/system.kim"_s});
@@ -118,7 +117,7 @@ void BackupTaskTest::badElements()
     QFETCH(const QJsonObject, element);
     QFETCH(const QString, message);
     const FakeMachine machine;
-    TaskRun<BackupTask> run(QJsonArray{element}, systemBackup);
+    TaskRun<BackupTask> run(QJsonArray{element}, SystemBackup);
     // Failed while it was made, before anyone could connect: the message must be there all the same.
     QVERIFY(run.task.isFailed());
     QCOMPARE(run.task.errorMessage(), u"Failed to initialize the task"_s);
@@ -135,7 +134,7 @@ void BackupTaskTest::onlyTheFirstDirectoryIsChecked()
         taskElement(u"create-backup-image"_s, {u"DATA"_s, u"TARGET"_s, u"/other"_s, u"data.kim"_s});
     Sandbox::writeFile(u"/media/TARGET/b/older.KIM"_s, "image");
     Sandbox::writeFile(u"/media/TARGET/b/.hidden.kim"_s, "image");
-    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), other}, systemBackup);
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), other}, SystemBackup);
     QCOMPARE(run.outcome(), u"finished"_s);
     QCOMPARE(machine.jobs().size(), 2);
     QCOMPARE(machine.callsOf({u"kestro-clone"_s}).filter(u"--kim-info"_s),
@@ -171,7 +170,7 @@ void BackupTaskTest::useless()
     machine.allowImages();
     QVERIFY(QDir().mkpath(u"/media/DATA/opt"_s) && QDir().mkpath(u"/media/DATA/var"_s));
     machine.programs.reply(command, {.out = out, .err = err, .exitCode = exitCode});
-    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)}, systemBackup);
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s), directoriesOf(u"DATA"_s)}, SystemBackup);
     QCOMPARE(run.outcome(), u"Backup error, please try again"_s);
 }
 
@@ -187,6 +186,7 @@ void BackupTaskTest::otherImageInThePlace_data()
     QTest::newRow("of the same partition") << "UUID=ROOT\nVersion=1.1\n"_ba << imageFirst << u"finished"_s;
     QTest::newRow("of another partition") << "UUID=DATA\nVersion=1.1\n"_ba << imageFirst << refused;
     QTest::newRow("of another partition, last") << "UUID=DATA\nVersion=1.1\n"_ba << imageLast << refused;
+    QTest::newRow("of nobody knows what") << ""_ba << imageFirst << refused;
     QTest::newRow("of a disk") << "DiskDrive=DISK_A\nVersion=1.1\n"_ba << imageFirst << refused;
 }
 
@@ -202,7 +202,7 @@ void BackupTaskTest::otherImageInThePlace()
     Sandbox::writeFile(u"/media/TARGET/b/system.kim"_s, "image");
     Sandbox::writeFile(u"/media/TARGET/b/system.kim.info"_s, record);
     QVERIFY(QDir().mkpath(u"/media/DATA/opt"_s) && QDir().mkpath(u"/media/DATA/var"_s));
-    TaskRun<BackupTask> run(tasks, systemBackup);
+    TaskRun<BackupTask> run(tasks, SystemBackup);
     QCOMPARE(run.outcome(), outcome);
     const bool isRefused = outcome != "finished"_L1;
     QCOMPARE(machine.callsOf({u"write-file"_s, u"tar"_s}).isEmpty(), isRefused);
@@ -215,8 +215,25 @@ void BackupTaskTest::mountPointThatHoldsAName()
     FakeUDisks::Device device = FakeMachine::device(u"sda5"_s);
     device.mountDirectory = u"/media/var"_s;
     machine.udisks.addDevice(device);
-    TaskRun<BackupTask> run(QJsonArray{directoriesOf(u"DATA"_s)}, systemBackup);
+    TaskRun<BackupTask> run(QJsonArray{directoriesOf(u"DATA"_s)}, SystemBackup);
     QCOMPARE(run.outcome(), u"Backup error, please try again"_s);
+    QCOMPARE(machine.programs.callLines(), QStringList());
+    // Deliberate: should the jobs of a task that has failed come to their end, nothing is checked any more.
+    Q_EMIT
+    run.task.taskFinished();
+    QCOMPARE(run.finished.size(), 1);
+    QCOMPARE(machine.programs.callLines(), QStringList());
+}
+
+void BackupTaskTest::directoryInWhatIsBackedUp()
+{
+    const FakeMachine machine;
+    const QJsonObject element =
+        taskElement(u"create-backup-directory"_s, {u"DATA"_s, u"DATA"_s, u"/var/backups/new"_s});
+    QVERIFY(QDir().mkpath(u"/media/DATA/var"_s));
+    TaskRun<BackupTask> run(QJsonArray{element}, SystemBackup);
+    QCOMPARE(
+        run.outcome(), u"This directory cannot be used to store backup files, please select a different directory."_s);
     QCOMPARE(machine.programs.callLines(), QStringList());
 }
 
@@ -227,7 +244,7 @@ void BackupTaskTest::directoryGoneAtTheEnd()
     machine.allowFileCommands();
     machine.allowImages();
     machine.programs.reply({u"kestro-clone"_s, u"--tui"_s, u"/dev/sda3"_s}, {.snippet = "rm -r /media/TARGET/b"});
-    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, systemBackup);
+    TaskRun<BackupTask> run(QJsonArray{imageOf(u"ROOT"_s)}, SystemBackup);
     QCOMPARE(run.outcome(), u"finished"_s);
     QCOMPARE(machine.callsOf({u"kestro-clone"_s}).filter(u"--kim-info"_s), QStringList());
 }
@@ -239,7 +256,7 @@ void BackupTaskTest::backupAndRestore()
     Sandbox::writeFile(u"/media/DATA/opt/app/file"_s, "opt content");
     Sandbox::writeFile(u"/media/DATA/var/lib/state"_s, "var content");
     Sandbox::writeFile(u"/media/TARGET/b/x"_s, "");
-    TaskRun<BackupTask> backup(QJsonArray{directoriesOf(u"DATA"_s)}, systemBackup);
+    TaskRun<BackupTask> backup(QJsonArray{directoriesOf(u"DATA"_s)}, SystemBackup);
     QCOMPARE(backup.outcome(), u"finished"_s);
     QVERIFY(!QFile::exists(u"/media/DATA/datainfo"_s));
 

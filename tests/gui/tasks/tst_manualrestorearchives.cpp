@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "gui/tasks/BackupToRestore.h"
+#include "gui/tasks/ManualRestoreTask.h"
+#include "gui/tasks/TaskRun.h"
 #include "sandbox/Sandbox.h"
 
 #include <QDir>
@@ -30,6 +32,11 @@ private Q_SLOTS:
     void damagedArchiveChangesNothing_data();
     void damagedArchiveChangesNothing();
     void mountPointThatHoldsTheName();
+    void directoryThatNoArchiveBringsBack_data();
+    void directoryThatNoArchiveBringsBack();
+    void archivesOfSeveralPartitions();
+    void backupThatMakesRoomForItself_data();
+    void backupThatMakesRoomForItself();
 };
 
 void ManualRestoreArchivesTest::secondArchiveWithoutDescription_data()
@@ -52,7 +59,7 @@ void ManualRestoreArchivesTest::secondArchiveWithoutDescription()
     QTEST(restore.outcome(), "outcome");
     QCOMPARE(restore.machine.callsOf({u"tar"_s}).mid(0, 4),
         (QStringList{u"tar -xpf %1/opt.tar datainfo"_s.arg(backup), u"tar -xpf %1/var.tar datainfo"_s.arg(backup),
-            u"tar -tf %1/opt.tar opt"_s.arg(backup), u"tar -tf %1/var.tar"_s.arg(backup)}));
+            u"tar --no-seek -tf %1/opt.tar opt"_s.arg(backup), u"tar --no-seek -tf %1/var.tar"_s.arg(backup)}));
     QVERIFY(restore.machine.log.find(u"datainfo not exists!"_s).line > 0);
     QTEST(QDir(u"/media/DATA/opt"_s).entryList(QDir::Files).join(u' '), "left");
 }
@@ -127,6 +134,59 @@ void ManualRestoreArchivesTest::mountPointThatHoldsTheName()
     restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
     QCOMPARE(restore.outcome(), otherDisk);
     QCOMPARE(restore.changes(), QStringList());
+}
+
+void ManualRestoreArchivesTest::directoryThatNoArchiveBringsBack_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("outcome");
+    QTest::newRow("something in it") << u"/media/DATA/var/.state"_s << brokenFile;
+    QTest::newRow("something beside it") << u"/media/DATA/variant"_s << u"finished"_s;
+}
+
+void ManualRestoreArchivesTest::directoryThatNoArchiveBringsBack()
+{
+    // Both directories make room, whatever the archives are.
+    QFETCH(const QString, file);
+    QFETCH(const QString, outcome);
+    BackupToRestore restore({});
+    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
+    Sandbox::writeFile(file, "x");
+    QCOMPARE(restore.outcome(), outcome);
+    QVERIFY(QFile::exists(file));
+    QCOMPARE(restore.changes().isEmpty(), outcome == brokenFile);
+}
+
+void ManualRestoreArchivesTest::archivesOfSeveralPartitions()
+{
+    // Deliberate: all go to the partition that the first one names.
+    BackupToRestore restore({});
+    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
+    restore.addArchive(u"var.tar"_s, "UUID=BOOT\nDirectory=var\n");
+    QCOMPARE(restore.outcome(), u"finished"_s);
+    QVERIFY(QFile::exists(u"/media/DATA/var/file"_s));
+    QVERIFY(!QFile::exists(u"/media/BOOT/var"_s));
+}
+
+void ManualRestoreArchivesTest::backupThatMakesRoomForItself_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("by its own name") << u"/media/DATA/var/lib/b"_s;
+    QTest::newRow("by a link") << u"/media/TARGET/link/lib/b"_s;
+}
+
+void ManualRestoreArchivesTest::backupThatMakesRoomForItself()
+{
+    QFETCH(const QString, path);
+    BackupToRestore restore({});
+    restore.addArchive(u"opt.tar"_s, "UUID=DATA\nDirectory=opt\n");
+    restore.addArchive(u"var.tar"_s, "UUID=DATA\nDirectory=var\n");
+    QVERIFY(QDir().mkpath(u"/media/DATA/var/lib"_s));
+    QVERIFY(QDir().rename(backup, u"/media/DATA/var/lib/b"_s));
+    QVERIFY(QFile::link(u"/media/DATA/var"_s, u"/media/TARGET/link"_s));
+    QCOMPARE(TaskRun<ManualRestoreTask>(path).outcome(), brokenFile);
+    QCOMPARE(restore.changes(), QStringList());
+    QVERIFY(QFile::exists(u"/media/DATA/var/lib/b/opt.tar"_s));
 }
 
 int main(int argc, char** argv)

@@ -186,6 +186,11 @@ void ManualRestoreTaskTest::swapOfTheDisk()
     QFETCH(const QByteArray, text);
     QFETCH(const QByteArray, fstab);
     BackupToRestore restore({u"disk.kim"_s});
+    FakeUDisks::Device other = FakeMachine::device(u"sda6"_s);
+    other.name = u"sdd1"_s;
+    other.idUUID = u"OTHER"_s;
+    other.drive = u"X_DISK_A"_s; // its identifier ends alike, and it is not meant
+    restore.machine.udisks.addDevice(other);
     Sandbox::writeFile(u"/media/ROOT/etc/fstab"_s, fstab);
     // Listed after the root partition: the first answer stays.
     Sandbox::writeFile(u"/media/DATA/etc/fstab"_s, "UUID=OTHER none swap sw 0 0\n");

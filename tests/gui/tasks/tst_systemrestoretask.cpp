@@ -115,6 +115,7 @@ void SystemRestoreTaskTest::imageList_data()
     QTest::newRow("info missing") << u"boot"_s << QByteArray() << QStringList{system};
     QTest::newRow("info empty") << u"boot"_s << ""_ba << QStringList{system};
     QTest::newRow("partition not here") << u"boot"_s << "GONE"_ba << QStringList{system};
+    QTest::newRow("none for a partition here") << u"system"_s << "GONE"_ba << QStringList();
 }
 
 void SystemRestoreTaskTest::imageList()
@@ -123,8 +124,12 @@ void SystemRestoreTaskTest::imageList()
     QFETCH(const QByteArray, info);
     Reset reset;
     Reset::addImage(name, info);
-    QCOMPARE(reset.outcome(false), u"finished"_s);
+    const QString outcome = reset.outcome(true);
     QTEST(reset.machine.jobs(), "jobs");
+    const bool isRestored = !reset.machine.jobs().isEmpty();
+    QCOMPARE(outcome, isRestored ? u"finished"_s : u"Failed to initialize the task"_s);
+    // Without an image there is nothing to restore, and so nothing is wiped.
+    QCOMPARE(reset.left() == Reset::files(), !isRestored);
 }
 
 void SystemRestoreTaskTest::badImage_data()

@@ -9,7 +9,28 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <cerrno>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+int syncs = 0;
+int syncfsError = 0;
+
+} // namespace
+
+// These take the place of the C library's.
+extern "C" void sync() noexcept
+{
+    ++syncs;
+}
+
+extern "C" int syncfs(int /*file*/) noexcept
+{
+    errno = syncfsError;
+    return syncfsError == 0 ? 0 : -1;
+}
 
 namespace {
 
@@ -51,6 +72,10 @@ private Q_SLOTS:
     void errorOutputIsLogged();
     void emptyList();
     void failedWhileBuilding();
+    void unknownJob();
+    void jobOutlivesItsTask();
+    void archiveThatIsNotWritten_data();
+    void archiveThatIsNotWritten();
 };
 
 void TaskEngineTest::archivesInOrder()
@@ -63,10 +88,14 @@ void TaskEngineTest::archivesInOrder()
     }
     watched.task.checkJobs();
     QVERIFY(!watched.task.isStarted());
+    int syncsBefore = -1;
+    connect(&watched.task, &Task::taskFinished, this, [&syncsBefore] { syncsBefore = syncs; });
+    syncs = 0;
     watched.task.start();
     QTRY_VERIFY_WITH_TIMEOUT(watched.hasEnded(), patience);
     QCOMPARE(watched.percentList(), (QList<int>{39, 79, 99, 99, 99}));
     QCOMPARE(watched.taskFinished.size(), 1);
+    QCOMPARE(syncsBefore, 1);
     QCOMPARE(machine.programs.callLines().size(), 5);
     QCOMPARE(machine.programs.callLines()[1], u"sudo tar --xattrs --xattrs-include=* -rpf /t/b.tar -C /m/ b"_s);
     QCOMPARE(machine.log.find(u"task count: 5"_s).function, u"void Task::checkJobs()"_s);
@@ -199,6 +228,59 @@ void TaskEngineTest::failedWhileBuilding()
     QCOMPARE(watched.failures.size(), 1);
     QCOMPARE(watched.task.errorMessage(), u"first"_s);
     QVERIFY(machine.log.find(u"task count: 0"_s).line > 0);
+}
+
+// Deliberate: it starts nothing, and the run waits for ever.
+void TaskEngineTest::unknownJob()
+{
+    const FakeMachine machine;
+    Watched watched;
+    watched.task.addJob(u"/m/opt"_s, u"/t/opt.tar"_s, JobType(4));
+    watched.task.start();
+    QTest::qWait(100);
+    QVERIFY(watched.task.isStarted() && !watched.hasEnded());
+    QCOMPARE(machine.programs.callLines(), QStringList());
+}
+
+void TaskEngineTest::jobOutlivesItsTask()
+{
+    FakeMachine machine;
+    machine.programs.reply({u"tar"_s}, {.snippet = "touch /tmp/begun; sleep 1; echo noise >&2; touch /tmp/written"});
+    {
+        Watched watched;
+        watched.task.addJob(u"/m/opt"_s, u"/t/opt.tar"_s, JobType::TarAppend);
+        watched.task.start();
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(u"/tmp/begun"_s), patience);
+    }
+    QVERIFY(!QFile::exists(u"/tmp/written"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(u"/tmp/written"_s), patience);
+}
+
+void TaskEngineTest::archiveThatIsNotWritten_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::addColumn<bool>("isFailure");
+    QTest::newRow("dying stick") << EIO << true;
+    QTest::newRow("full") << ENOSPC << true;
+    QTest::newRow("file system that cannot be asked") << EINVAL << false;
+}
+
+// tar has long ended well when the last of it is written.
+void TaskEngineTest::archiveThatIsNotWritten()
+{
+    QFETCH(const int, error);
+    QFETCH(const bool, isFailure);
+    FakeMachine machine;
+    machine.programs.reply({u"tar"_s});
+    Sandbox::writeFile(u"/t/opt.tar"_s, "archive");
+    syncfsError = error;
+    Watched watched;
+    watched.task.addJob(u"/m/opt"_s, u"/t/opt.tar"_s, JobType::TarAppend);
+    watched.task.start();
+    QTRY_VERIFY_WITH_TIMEOUT(watched.hasEnded(), patience);
+    syncfsError = 0;
+    QCOMPARE(watched.task.isFailed(), isFailure);
+    QCOMPARE(machine.log.messages(QtWarningMsg).filter(u"not written to the disk"_s).size(), isFailure ? 1 : 0);
 }
 
 int main(int argc, char** argv)
