@@ -4,7 +4,6 @@
 #include "gui/startmarker.h"
 #include "gui/tasks/Task.h"
 #include "gui/widgets/MainWindow.h"
-#include "gui/widgets/screenfitting.h"
 #include "platform/velk/VApplication.h"
 #include "utils/core/applicationproperties.h"
 
@@ -48,7 +47,7 @@ int main(int argc, char** argv)
         window.setRecovery(pendingTask);
     }
     if (const QScreen* screen = VApplication::primaryScreen()) {
-        window.centreOn(startUpArea(screen->geometry()));
+        window.centreAtStartUp(screen->geometry());
     }
     QTimer screenDetection;
     QObject::connect(&screenDetection, &QTimer::timeout, &window, &MainWindow::onDetectScreen);

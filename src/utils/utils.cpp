@@ -51,19 +51,6 @@ const FSTabInfoList& runningSystemFstab()
     return fstab;
 }
 
-QStringList rebootArguments(RebootMode mode)
-{
-    switch (mode) {
-    case RebootMode::IgnoreInhibitors:
-        return {u"reboot"_s, u"-i"_s};
-    case RebootMode::Force:
-        return {u"reboot"_s, u"-f"_s};
-    case RebootMode::Plain:
-        break;
-    }
-    return {u"reboot"_s};
-}
-
 } // namespace
 
 bool getBlkIdInfoList(QList<BlkIdInfo>& list, QString& error)
@@ -301,16 +288,6 @@ bool hasBackupImages(const QString& uuid)
 bool hasImages(const QString& directory)
 {
     return !directory.isEmpty() && !QDir(directory).entryList({u"*.kim"_s}).isEmpty();
-}
-
-bool rebootSystem(RebootMode mode)
-{
-    return SpawnCmd(u"systemctl"_s, rebootArguments(mode));
-}
-
-bool forceReboot()
-{
-    return SpawnCmd(u"sudo"_s, {u"reboot"_s, u"-f"_s});
 }
 
 bool removePath(const QString& path)

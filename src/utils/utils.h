@@ -68,15 +68,6 @@ bool hasBackupImages(const QString& uuid);
 /// Whether the directory holds at least one entry matching "*.kim"; false for an empty path.
 bool hasImages(const QString& directory);
 
-/// How systemctl is asked to reboot.
-enum class RebootMode { Plain, IgnoreInhibitors, Force };
-
-/// Asks systemd for a reboot. @return whether the command succeeded
-bool rebootSystem(RebootMode mode = RebootMode::Plain);
-
-/// Reboots at once without shutting anything down. @return whether the command succeeded
-bool forceReboot();
-
 /// Deletes the path and everything under it as root. @return whether the command succeeded
 bool removePath(const QString& path);
 

@@ -88,6 +88,7 @@ private Q_SLOTS:
     void everyThread();
     void consoleGoesOnWithoutFile();
     void rollsByTheDayOfTheFile();
+    void emptyFileIsNotKept();
     void keepsFive();
     void sameDayTwice();
     void survivesReplacement_data();
@@ -189,7 +190,7 @@ void LoggerTest::consoleGoesOnWithoutFile()
     QCOMPARE(child.readAllStandardError(), QByteArray("before\nafter\n"));
 }
 
-// A run never lasts until midnight: what counts is the day on which the file was last written.
+// What counts is the day on which the file was last written before this run.
 void LoggerTest::rollsByTheDayOfTheFile()
 {
     writeFileOfDay(path(), "three days ago\n", 3);
@@ -199,10 +200,18 @@ void LoggerTest::rollsByTheDayOfTheFile()
     QCOMPARE(linesOf(path() + u'.' + dayBefore(3)), QStringList{u"three days ago"_s});
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files).size(), 2);
 
-    QFile::remove(path());
-    writeFileOfDay(path(), "", 1);
-    qDebug("an empty file is not worth keeping");
+    // Midnight passes: the file was last written on another day, and the run goes on in it.
+    writeFileOfDay(path(), "before midnight\n", 1);
+    qDebug("after midnight");
+    QCOMPARE(linesOf(path()).size(), 2);
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files).size(), 2);
+}
+
+void LoggerTest::emptyFileIsNotKept()
+{
+    writeFileOfDay(path(), "", 1);
+    qDebug("today");
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files).size(), 1);
 }
 
 void LoggerTest::keepsFive()

@@ -5,8 +5,11 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QTimer>
+
+#include <algorithm>
 
 DialogAnswer::DialogAnswer(int button)
     : m_button(button)
@@ -31,6 +34,10 @@ void DialogAnswer::answer(VDialog* dialog)
     bypassesWindowManager = dialog->windowFlags().testFlag(Qt::BypassWindowManagerHint);
     const auto buttons = dialog->findChildren<QPushButton*>();
     confirmText = buttons.last()->text();
+    const auto labels = dialog->findChildren<QLabel*>();
+    asksAsWarning = buttons.first()->text() == QLatin1StringView("Cancel") && buttons.last()->isDefault()
+        && buttons.last()->property("warning").toBool()
+        && std::any_of(labels.cbegin(), labels.cend(), [](const QLabel* label) { return !label->pixmap().isNull(); });
     confirmHasFocus = dialog->focusWidget() == buttons.last();
     if (m_button >= 0) {
         dialog->getButton(m_button)->click();

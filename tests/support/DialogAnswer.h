@@ -21,6 +21,7 @@ public:
     QString confirmText; ///< text of the last button
     bool bypassesWindowManager = false;
     bool confirmHasFocus = false; ///< the last button takes the keyboard
+    bool asksAsWarning = false;   ///< "Cancel" and a default button in the colour of a warning, beside an icon
     int dialogs = 0;
 
 protected:

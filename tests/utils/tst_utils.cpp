@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "utils/utils.h"
+#include "utils/core/systemreboot.h"
 
 #include "sandbox/Sandbox.h"
 #include "support/FakePrograms.h"

@@ -3,7 +3,9 @@
 
 #include "gui/widgets/backdrop.h"
 #include "platform/velk/VFontSizeManager.h"
+#include "platform/velk/heldenter.h"
 #include "utils/core/command.h"
+#include "utils/core/systemreboot.h"
 
 #include <QAccessible>
 #include <QIcon>
@@ -49,6 +51,7 @@ EndPage::EndPage(int state, QWidget* parent)
     m_button->setFixedSize(220, 40);
     m_button->setAutoDefault(true);
     m_button->setProperty("accent", true);
+    ignoreHeldEnter(m_button);
     connect(m_button, &QPushButton::clicked, this, &EndPage::onButtonClicked);
     arrange();
 }
@@ -92,5 +95,9 @@ void EndPage::showEvent(QShowEvent* event)
 
 void EndPage::onButtonClicked() const
 {
-    SpawnCmd(u"sudo"_s, m_state == Failure ? QStringList{u"poweroff"_s} : QStringList{u"reboot"_s, u"-f"_s});
+    if (m_state == Failure) {
+        SpawnCmd(u"sudo"_s, {u"poweroff"_s});
+    } else {
+        Utils::forceReboot();
+    }
 }

@@ -15,6 +15,7 @@
 #include "utils/Device.h"
 #include "utils/core/applicationproperties.h"
 #include "utils/core/command.h"
+#include "utils/core/systemreboot.h"
 #include "utils/fstabuuids.h"
 #include "utils/widget/TreeViewModel.h"
 #include "utils/widget/restorepage.h"
@@ -58,11 +59,6 @@ QWidget* scrollable(QWidget* page)
     area->viewport()->setAutoFillBackground(false);
     page->setAutoFillBackground(false);
     return area;
-}
-
-bool reboot()
-{
-    return SpawnCmd(u"sudo"_s, {u"reboot"_s, u"-f"_s});
 }
 
 QList<ScreenState> currentScreens()
@@ -121,6 +117,8 @@ QWidget* MainWindow::frameFor(RestorePage* page)
     close->setIcon(QIcon(u":/close.svg"_s));
     close->setFlat(true);
     close->setFocusPolicy(Qt::NoFocus);
+    close->setShortcut(Qt::ALT | Qt::Key_F4); // it never has the focus, and yet no mouse must be needed
+    close->setToolTip(close->shortcut().toString(QKeySequence::NativeText));
     close->setAccessibleName(tr("Exit and reboot"));
     connect(close, &VIconButton::clicked, this, &MainWindow::confirmExit);
     auto* rows = new QVBoxLayout(frame);
@@ -208,7 +206,7 @@ void MainWindow::onFinished()
         m_task->saveLogToRecovery();
     }
     if (ApplicationProperties::isAutoRestart()) {
-        reboot();
+        Utils::forceReboot();
         return;
     }
     showEndPage(EndPage::Success);
@@ -223,7 +221,7 @@ void MainWindow::onFailed(const QString& error)
         m_task->saveLogToRecovery();
     }
     if (ApplicationProperties::isAutoRestart()) {
-        reboot();
+        Utils::forceReboot();
         return;
     }
     showEndPage(EndPage::Failure);
@@ -265,7 +263,7 @@ void MainWindow::confirmExit()
     dialog.setWindowFlag(Qt::BypassWindowManagerHint);
     dialog.moveToCenter();
     if (dialog.exec() == restart) {
-        reboot();
+        Utils::forceReboot();
     }
 }
 

@@ -34,6 +34,9 @@ public:
     /// Moves the window to the middle of a screen and keeps its content off what lies beyond that screen's edges.
     void centreOn(const QRect& screen);
 
+    /// The same at start-up. Deliberate: where the screen lies beside others does not count then.
+    void centreAtStartUp(const QRect& screen) { centreOn(QRect(QPoint(0, 0), screen.size())); }
+
 public Q_SLOTS:
     /// Replaces the page by a working page for the task, and listens to the task.
     void showWorkingPage();

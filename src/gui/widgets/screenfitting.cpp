@@ -8,11 +8,6 @@ QPoint centredPosition(const QSize& screen, const QSize& window)
     return {(screen.width() - window.width()) / 2, (screen.height() - window.height()) / 2};
 }
 
-QRect startUpArea(const QRect& screen)
-{
-    return {QPoint(0, 0), screen.size()};
-}
-
 QMargins overhang(const QSize& screen, const QSize& window)
 {
     const QPoint position = centredPosition(screen, window);

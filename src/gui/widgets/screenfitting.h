@@ -20,9 +20,6 @@ struct ScreenState
 /// toward zero; a window larger than the screen gets negative coordinates.
 [[nodiscard]] QPoint centredPosition(const QSize& screen, const QSize& window);
 
-/// The area in whose middle the window is at start-up. Deliberate: where the screen itself lies does not count.
-[[nodiscard]] QRect startUpArea(const QRect& screen);
-
 /// What of a window in the middle of a screen lies beyond the edges of the screen; 0 where it fits.
 [[nodiscard]] QMargins overhang(const QSize& screen, const QSize& window);
 

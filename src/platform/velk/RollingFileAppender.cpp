@@ -54,12 +54,20 @@ RollingFileAppender::RollingFileAppender(const QString& path)
 
 void RollingFileAppender::write(const QByteArray& line, const QDateTime& time)
 {
+    if (m_pattern == DatePattern::DailyRollover && !m_isBegun) {
+        rollOver(time.date());
+    }
+    m_isBegun = true;
+    appendToFile(m_path, line);
+}
+
+void RollingFileAppender::rollOver(const QDate& today) const
+{
     const QFileInfo file(m_path);
-    if (m_pattern == DatePattern::DailyRollover && file.size() > 0 && file.lastModified().date() != time.date()) {
+    if (file.size() > 0 && file.lastModified().date() != today) {
         setAside(file.lastModified().date());
         removeOldest();
     }
-    appendToFile(m_path, line);
 }
 
 void RollingFileAppender::setAside(const QDate& day) const

@@ -4,10 +4,10 @@
 #include "platform/velk/VFontSizeManager.h"
 #include "platform/velk/VLabel.h"
 #include "platform/velk/VStyle.h"
+#include "platform/velk/heldenter.h"
 
 #include <QAccessible>
 #include <QBoxLayout>
-#include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
 
@@ -104,7 +104,7 @@ int VDialog::addButton(const QString& text, bool isDefault, ButtonType type)
     button->setProperty("warning", type == ButtonWarning);
     const int index = static_cast<int>(m_buttons.size());
     connect(button, &QPushButton::clicked, this, [this, index] { done(index); });
-    button->installEventFilter(this);
+    ignoreHeldEnter(button);
     m_buttons.append(button);
     m_buttonRow->addWidget(button, 1);
     if (isDefault) {
@@ -130,19 +130,6 @@ int VDialog::exec()
 {
     moveToCenter();
     return ModalDialog::exec();
-}
-
-// The key that opened the dialog may still be held: what it repeats is no answer.
-bool VDialog::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::KeyPress) {
-        const auto* press = static_cast<QKeyEvent*>(event);
-        const bool isEnter = press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter;
-        if (isEnter && press->isAutoRepeat()) {
-            return true;
-        }
-    }
-    return ModalDialog::eventFilter(watched, event);
 }
 
 // Closing is no choice: not the first button's, whose index QDialog's own result for it would be.

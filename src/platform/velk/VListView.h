@@ -21,7 +21,7 @@ public:
     void setBackgroundType(BackgroundType type);
     [[nodiscard]] BackgroundType backgroundType() const { return m_backgroundType; }
 
-    /// The distance between items, in device-independent pixels.
+    /// The distance between items, in device-independent pixels. The cells of a grid (setGridSize()) keep none.
     void setItemSpacing(int spacing);
 
     /// The size of every item; an empty size lets the item decide.

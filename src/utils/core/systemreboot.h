@@ -1,6 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-/// Asks the running system to reboot, and waits until the request has been made.
-/// @return true when the request was accepted
-bool rebootSystem();
+namespace Utils {
+
+/// How systemctl is asked to reboot.
+enum class RebootMode { Plain, IgnoreInhibitors, Force };
+
+/// Asks systemd for a reboot, and waits until the request has been made; one that is refused is logged.
+/// @return whether the request was accepted
+bool rebootSystem(RebootMode mode = RebootMode::Plain);
+
+/// Reboots at once without shutting anything down. @return whether the command succeeded
+bool forceReboot();
+
+} // namespace Utils

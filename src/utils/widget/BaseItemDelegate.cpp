@@ -66,13 +66,27 @@ int alignmentOf(const QStyleOptionViewItem& option)
     return static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter));
 }
 
+/// A colour alone must not tell which row is chosen; but no name is shortened only for being bold, because its tool tip
+/// comes by its plain width.
+QFont fontOf(const QStyleOptionViewItem& option, const QString& text)
+{
+    QFont plain = option.font;
+    plain.setWeight(QFont::Normal);
+    if (!option.state.testFlag(QStyle::State_Selected)) {
+        return plain;
+    }
+    QFont bold = plain;
+    bold.setWeight(QFont::DemiBold);
+    const int room = option.rect.width();
+    const bool fits = QFontMetrics(bold).horizontalAdvance(text) <= room;
+    return fits || QFontMetrics(plain).horizontalAdvance(text) > room ? bold : plain;
+}
+
 void paintText(QPainter* painter, const QStyleOptionViewItem& option, const QString& text, const VPalette& colors)
 {
     const bool enabled = option.state.testFlag(QStyle::State_Enabled);
     painter->setPen(colors.color(enabled ? QPalette::Active : QPalette::Disabled, QPalette::Text));
-    QFont font = option.font;
-    // A colour alone must not tell which row is chosen.
-    font.setWeight(option.state.testFlag(QStyle::State_Selected) ? QFont::DemiBold : QFont::Normal);
+    const QFont font = fontOf(option, text);
     painter->setFont(font);
     painter->setLayoutDirection(Qt::LeftToRight); // else the first slash of a path goes to its end
     const QFontMetrics metrics(font);

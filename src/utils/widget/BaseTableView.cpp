@@ -72,6 +72,13 @@ QSize BaseTableView::sizeHint() const
     return {QTreeView::sizeHint().width(), header()->sizeHint().height() + (rows * rowHeight)};
 }
 
+// With Ctrl the current row could be deselected, and would still be the one that is restored.
+QItemSelectionModel::SelectionFlags BaseTableView::selectionCommand(const QModelIndex& index, const QEvent* event) const
+{
+    const auto command = QTreeView::selectionCommand(index, event);
+    return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : command;
+}
+
 void BaseTableView::focusInEvent(QFocusEvent* event)
 {
     QTreeView::focusInEvent(event);

@@ -110,6 +110,7 @@ void ItemFrame::fitTitle()
 
 void ItemFrame::choose()
 {
+    m_clicked = true;
     Q_EMIT
     clicked(true);
 }

@@ -24,6 +24,9 @@ public:
     ItemFrame(const QString& title, const QString& description, const QIcon& icon, QWidget* parent = nullptr,
         Arrangement arrangement = IconFirst);
 
+    /// Whether the tile was ever clicked.
+    [[nodiscard]] bool isClicked() const { return m_clicked; }
+
 Q_SIGNALS:
     /// The tile was clicked; @p clicked is always true.
     void clicked(bool clicked);
@@ -44,6 +47,7 @@ private:
     QLabel* m_description = nullptr;
     QLabel* m_iconLabel = nullptr;
     QPixmap m_icon;
+    bool m_clicked = false;
     Arrangement m_arrangement;
 };
 

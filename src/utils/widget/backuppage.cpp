@@ -244,7 +244,7 @@ void BackupPage::onCancelBackup()
         {{}, tr("System backup is ready. Do you want to reboot and backup your system now?"), tr("Reboot and Backup")});
     if (reboot) {
         qDebug() << ", RestorePage::onCancelRestore reboot now"; // deliberate: the same text as on the restore page
-        rebootSystem();
+        Utils::rebootSystem();
         return;
     }
     doCancelBackup();

@@ -8,7 +8,7 @@ class QString;
 namespace Utils {
 
 /// Why the restore page or the backup page cannot go on; registered as a meta type under this name.
-enum ErrorType {
+enum ErrorType : int {
     NoError = 0,
     InsufficientSpace = 1,
     UnsupportedFileSystem = 2,

@@ -194,7 +194,7 @@ void RestorePage::updateRows()
 void RestorePage::updateRestoreButton()
 {
     if (m_restoreButton != nullptr) {
-        m_restoreButton->setVisible(!m_waiting && (!m_restricted || isSystemRestoreUsable()));
+        m_restoreButton->setVisible(m_buttonOffered && !m_waiting && (!m_restricted || isSystemRestoreUsable()));
     }
 }
 
@@ -207,6 +207,7 @@ void RestorePage::onSystemRestoreItemVisibelChanged(bool value)
 
 void RestorePage::onRestoreButtonVisibleChanged(bool value)
 {
+    m_buttonOffered = value;
     m_restoreButton->setVisible(value);
     if (value) {
         m_waiting = false;
@@ -338,7 +339,7 @@ void RestorePage::onCancelRestore()
             tr("Reboot and Restore"), m_owner});
     if (reboot) {
         qDebug() << ", RestorePage::onCancelRestore reboot now";
-        rebootSystem();
+        Utils::rebootSystem();
         return;
     }
     doCancelRestore();

@@ -28,7 +28,8 @@ class RestorePage : public QWidget
 public:
     explicit RestorePage(QWidget* parent = nullptr);
 
-    /// Builds the items; to be called once, after setHaveInitBackup() and setPageMargins().
+    /// Builds the items; to be called once, after setHaveInitBackup() and setPageMargins(), and before anything else
+    /// but setOwnerFlag() and restrictOffer().
     void initUI();
 
     /// Whether an initial backup exists. Without one the system-restore row is disabled and shows its tip. May be
@@ -64,7 +65,7 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// Shows or hides the system-restore row. (The spelling is deliberate: hosts connect to it by this name.)
     void onSystemRestoreItemVisibelChanged(bool value);
-    /// Shows or hides "Restore Now".
+    /// Shows or hides "Restore Now". Showing it ends the waiting; hidden, it stays hidden until it is shown here again.
     void onRestoreButtonVisibleChanged(bool value);
     /// Shows the text of InvalidPath, InvalidBackup and EncryptedSystem; every other value hides the error.
     void onManualRestoreErrorChanged(Utils::ErrorType errorType);
@@ -122,4 +123,5 @@ private:
     bool m_listRequested = false;
     bool m_listReady = false;
     bool m_waiting = false;
+    bool m_buttonOffered = true;
 };

@@ -123,17 +123,26 @@ void MainWindowTest::dispatch_data()
     const QString backingUp = u"Backing up, please wait..."_s;
     const QString device = u"Do not remove your storage device, power off or unplug your machine"_s;
     const QString machine = u"Do not power off or unplug your machine"_s;
+    QTest::addColumn<QString>("task");
     QTest::addColumn<QStringList>("texts");
-    QTest::newRow("ManualBackup") << QStringList{backingUp, device};
-    QTest::newRow("SystemBackup") << QStringList{backingUp, device};
-    QTest::newRow("ManualRestore") << QStringList{restoring, device};
-    QTest::newRow("SystemRestore") << QStringList{restoring, machine};
+    QTest::addColumn<QStringList>("jobs");
+    const QString image = u"/media/TARGET/saved/system.kim"_s;
+    QTest::newRow("ManualBackup") << u"BackupTask"_s << QStringList{backingUp, device}
+                                  << QStringList{u"/dev/sda "_s + image};
+    QTest::newRow("SystemBackup") << u"BackupTask"_s << QStringList{backingUp, device}
+                                  << QStringList{u"/dev/sda3 "_s + image};
+    QTest::newRow("ManualRestore") << u"ManualRestoreTask"_s << QStringList{restoring, device} << QStringList();
+    QTest::newRow("SystemRestore") << u"SystemRestoreTask"_s << QStringList{restoring, machine} << QStringList();
 }
 
 void MainWindowTest::dispatch()
 {
     Scenario scenario;
-    scenario.window.setRecovery(pendingTask(QString::fromLatin1(QTest::currentDataTag())));
+    scenario.machine.allowImages();
+    const QJsonArray image{
+        taskElement(u"create-backup-image"_s, {u"ROOT"_s, u"TARGET"_s, u"/saved"_s, u"system.kim"_s})};
+    scenario.window.setRecovery(pendingTask(QString::fromLatin1(QTest::currentDataTag()), image));
+    QTEST(QString::fromLatin1(scenario.window.findChild<Task*>()->metaObject()->className()), "task");
     const auto* page = scenario.page<WorkingPage>();
     QVERIFY(page);
     QTEST(textsOf(page), "texts");
@@ -142,6 +151,7 @@ void MainWindowTest::dispatch()
         scenario.machine.log.find(u"task type= \"%1\""_s.arg(QString::fromLatin1(QTest::currentDataTag()))).function,
         u"void MainWindow::setRecovery(const QJsonObject&)"_s);
     QTRY_VERIFY_WITH_TIMEOUT(scenario.hasEnded(), patience);
+    QTEST(scenario.machine.jobs(), "jobs");
 }
 
 void MainWindowTest::unknownTask_data()
@@ -330,7 +340,14 @@ void MainWindowTest::endPages()
         isShown = isShown || label->pixmap().toImage() == QIcon(icon).pixmap(QSize(128, 128), 1.0).toImage();
     }
     QVERIFY(isShown);
-    page.findChild<QPushButton*>()->click();
+    auto* button = page.findChild<QPushButton*>();
+    QCOMPARE(button->size(), QSize(220, 40));
+    page.show();
+    // The answer to the question before may still be held down.
+    QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, true);
+    QCoreApplication::sendEvent(button, &repeated);
+    QCOMPARE(scenario.ends(), QStringList());
+    QTest::keyClick(button, Qt::Key_Return);
     QTEST(scenario.ends().join(u' '), "end");
 }
 
@@ -347,8 +364,11 @@ void MainWindowTest::screenDetection()
     QCOMPARE(Sandbox::readFile(u"/tmp/adapted"_s), QByteArray("0\n"));
     // The only screen gets another mode a moment after the script has asked for it.
     Q_EMIT
-    QGuiApplication::primaryScreen()->geometryChanged(QRect(0, 0, 1024, 768));
-    QCOMPARE(scenario.window.pos(), QPoint(112, 84));
+    QGuiApplication::primaryScreen()->geometryChanged(QRect(1920, 30, 1024, 768));
+    QCOMPARE(scenario.window.pos(), QPoint(1920 + 112, 30 + 84));
+    // Deliberate: at start-up a screen to the right of another one counts as one at (0, 0).
+    scenario.window.centreAtStartUp(QRect(1920, 30, 1280, 1024));
+    QCOMPARE(scenario.window.pos(), QPoint(240, 212));
 }
 
 int main(int argc, char** argv)

@@ -12,7 +12,6 @@ class ScreenFittingTest : public QObject
 private Q_SLOTS:
     void centring_data();
     void centring();
-    void placeOfTheScreenAtStartUp();
     void firstChanged_data();
     void firstChanged();
     void rememberedName();
@@ -38,12 +37,6 @@ void ScreenFittingTest::centring()
     const QSize window(800, 600);
     QTEST(centredPosition(screen, window), "position");
     QTEST(overhang(screen, window), "hidden");
-}
-
-void ScreenFittingTest::placeOfTheScreenAtStartUp()
-{
-    // Deliberate: a screen to the right of another one counts as one at (0, 0).
-    QCOMPARE(startUpArea(QRect(1920, 30, 1280, 1024)), QRect(0, 0, 1280, 1024));
 }
 
 using Known = std::optional<QRect>;

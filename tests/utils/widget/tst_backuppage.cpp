@@ -11,7 +11,7 @@
 #include "utils/widget/ErrorLabel.h"
 #include "utils/widget/TreeViewModel.h"
 #include "utils/widget/backuppage.h"
-#include "utils/widget/pagetypes.h"
+#include "utils/widget/restorepage.h"
 
 #include <QPushButton>
 #include <QSignalSpy>
@@ -110,16 +110,16 @@ void BackupPageTest::requests()
 
 void BackupPageTest::errors()
 {
-    const QString texts[] = {{}, u"Insufficient disk space"_s,
-        u"The file system is not supported for backup. Please select one in ext4, btrfs, xfs, reiserfs format."_s,
-        u"Invalid path"_s, u"The storage location cannot be in source disk, please reselect"_s, {},
-        u"Cannot back up data to the read-only device"_s,
-        u"This directory cannot be used to store backup files, please select a different directory."_s, {}, {}};
+    const QMap<int, QString> texts{{1, u"Insufficient disk space"_s},
+        {2, u"The file system is not supported for backup. Please select one in ext4, btrfs, xfs, reiserfs format."_s},
+        {3, u"Invalid path"_s}, {4, u"The storage location cannot be in source disk, please reselect"_s},
+        {6, u"Cannot back up data to the read-only device"_s},
+        {7, u"This directory cannot be used to store backup files, please select a different directory."_s}};
     const auto* label = m_page->findChild<ErrorLabel*>();
-    for (int code = 0; code < 10; ++code) {
+    for (int code = -1; code <= 16; ++code) {
         m_page->onManualBackupErrorTypeChanged(Utils::InvalidPath);
         m_page->onManualBackupErrorTypeChanged(static_cast<Utils::ErrorType>(code));
-        QCOMPARE(label->isVisible() ? label->text() : QString(), texts[code]);
+        QCOMPARE(label->isVisible() ? label->text() : QString(), texts.value(code));
     }
 }
 
@@ -141,6 +141,7 @@ void BackupPageTest::ownerEndsTheWaiting()
     edit()->setText(u"/m/b"_s);
     backupButton()->click();
     QVERIFY(isWaiting());
+    QCOMPARE(m_page->focusWidget(), m_page.get());
     m_page->onBackupButtonVisibleChanged(true);
     QVERIFY(!isWaiting());
     QVERIFY(backupButton()->isVisible());
@@ -164,6 +165,7 @@ void BackupPageTest::cancelling()
     for (const int answer : {1, -1}) {
         const DialogAnswer dialog(answer);
         m_page->onCancelBackup();
+        QVERIFY(dialog.asksAsWarning);
         QCOMPARE(dialog.message, u"System backup is ready. Do you want to reboot and backup your system now?"_s);
         QCOMPARE(dialog.confirmText, u"Reboot and Backup"_s);
     }
@@ -179,7 +181,7 @@ void BackupPageTest::cancelling()
 
 void BackupPageTest::hostsCreateItByName()
 {
-    Utils::registerPageTypes();
+    const RestorePage page; // registers the others
     for (const char* name : {"BackupPage", "BackupRestoreWidget"}) {
         const QMetaType type = QMetaType::fromName(name);
         QVERIFY2(type.isValid(), name);

@@ -68,6 +68,8 @@ private Q_SLOTS:
     void tilesAreButtons();
     void subtitleIsDrawnCloser();
     void nothingIsDragged();
+    void namesAndSizes();
+    void moduleList();
 };
 
 // The service has a thread and a connection of its own: the widget's calls wait for their answers.
@@ -149,10 +151,12 @@ void BackupRestoreWidgetTest::tilesAreButtons()
     QCoreApplication::sendEvent(&tile, &leave);
     QCOMPARE(int(tile.backgroundType()), 1);
 
+    QVERIFY(!tile.isClicked());
     QTest::mouseClick(&tile, Qt::LeftButton);
     QTest::mouseClick(&tile, Qt::LeftButton);
     QTest::keyClick(&tile, Qt::Key_Space);
     QCOMPARE(clicked.count(), 3);
+    QVERIFY(tile.isClicked());
     QCOMPARE(clicked.last().first().toBool(), true);
 }
 
@@ -181,6 +185,43 @@ void BackupRestoreWidgetTest::nothingIsDragged()
     enter.ignore();
     QCoreApplication::sendEvent(modules, &enter);
     QVERIFY(!enter.isAccepted());
+}
+
+// Assistive technologies and the tests of hosts find the parts by these names.
+void BackupRestoreWidgetTest::namesAndSizes()
+{
+    const BackupRestoreWidget widget;
+    QMap<QString, QSize> found;
+    for (const QWidget* part : widget.findChildren<QWidget*>()) {
+        found.insert(part->accessibleName(), part->minimumSize());
+    }
+    QVERIFY(found.contains(u"arxBackupRestoreLogoLabel"_s));
+    QVERIFY(found.contains(u"arx_BackupAndRestoreTitleLabel"_s));
+    QCOMPARE(found.value(u"arx_BackupAndRestoreSubTitleLabel"_s), QSize(590, 50));
+    QCOMPARE(found.value(u"arxBackupRestoreListView"_s), QSize(590, 300));
+    QStringList rows;
+    const QAbstractItemModel* modules = widget.findChild<QListView*>()->model();
+    for (int row = 0; row < modules->rowCount(); ++row) {
+        rows << modules->index(row, 0).data(Qt::AccessibleTextRole).toString();
+        QCOMPARE(tilesOf(widget).at(row)->size(), QSize(130, 130));
+    }
+    QCOMPARE(rows, (QStringList{u"arx_Backup"_s, u"arx_Restore"_s, u"arx_SystemClone"_s}));
+}
+
+void BackupRestoreWidgetTest::moduleList()
+{
+    BackupRestoreWidget widget;
+    QSignalSpy clicked(&widget, &BackupRestoreWidget::moduleClicked);
+    const std::unique_ptr<QWidget> modules(widget.createModuleWidget(nullptr));
+    QCOMPARE(modules->accessibleName(), u"moduleWidget_"_s);
+    QCOMPARE(modules->size(), QSize(251, 251));
+    QVERIFY(modules->layout()->contentsMargins().isNull());
+    auto* list = modules->findChild<QListView*>();
+    QCOMPARE(list->accessibleName(), u"moduleListView_"_s);
+    modules->show();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(list->model()->index(1, 0)).center());
+    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(clicked.first().first().toModelIndex().row(), 1);
 }
 
 int main(int argc, char** argv)

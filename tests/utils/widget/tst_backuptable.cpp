@@ -85,6 +85,9 @@ void BackupTableTest::currentRowIsSelected()
     QApplication::sendEvent(&table, &focus);
     QCOMPARE(table.currentIndex().row(), 0);
     QVERIFY(table.selectionModel()->isRowSelected(0));
+    QTest::mouseClick(
+        table.viewport(), Qt::LeftButton, Qt::ControlModifier, table.visualRect(table.currentIndex()).center());
+    QVERIFY(table.selectionModel()->isRowSelected(0));
 }
 
 void BackupTableTest::washIsNearlyInvisible()

@@ -84,6 +84,7 @@ void RestorePageTest::systemRestore()
     shown.restoreButton()->click();
 
     QCOMPARE(dialog.dialogs, 1);
+    QVERIFY(dialog.asksAsWarning);
     QCOMPARE(dialog.title, keep ? u"Keep Personal Files"_s : u"Reset to Factory Settings"_s);
     QCOMPARE(dialog.message,
         keep ? u"It will reset data on your system disk but keep your personal data. You need to create an account "
@@ -158,7 +159,7 @@ void RestorePageTest::restorePoint()
 void RestorePageTest::errors()
 {
     const QMap<int, QString> texts{{3, u"Invalid path"_s}, {5, initialBroken}, {8, encrypted}};
-    for (int code = 0; code <= 9; ++code) {
+    for (int code = -1; code <= 16; ++code) {
         ShownRestorePage shown;
         shown.page.onManualRestoreErrorChanged(Utils::InvalidPath);
         shown.page.onManualRestoreErrorChanged(static_cast<Utils::ErrorType>(code));
@@ -254,6 +255,7 @@ void RestorePageTest::ownerShowsAndHides()
 {
     ShownRestorePage shown;
     shown.page.onRestoreButtonVisibleChanged(false);
+    shown.page.setHaveInitBackup(true);
     QVERIFY(!shown.restoreButton()->isVisible());
     shown.page.onRestoreButtonVisibleChanged(true);
     QVERIFY(shown.restoreButton()->isVisible());
@@ -320,6 +322,7 @@ void RestorePageTest::cancelling()
     for (const int answer : {1, 0}) {
         const DialogAnswer dialog(answer);
         shown.page.onCancelRestore();
+        QVERIFY(dialog.asksAsWarning);
         QCOMPARE(dialog.message, u"System restore is ready. Do you want to reboot and restore your system now?"_s);
         QCOMPARE(dialog.confirmText, u"Reboot and Restore"_s);
     }
