@@ -50,7 +50,8 @@ public:
     /// to anything but -1.
     void setBootEnvKind(int kind) { m_bootEnvKind = kind; }
 
-    /// Ends the wait of mode 3 within a second, without its signal. May be called from any thread.
+    /// Ends the wait of mode 3 within a second, without its signal, unless what it waits for has come already. May be
+    /// called from any thread.
     void stop() { m_stopFlag = true; }
 
     /// Fills the list of partitions to check: file systems first, in blkid's order, then partitions without one.

@@ -12,7 +12,8 @@
 ///
 /// The static functions work on one list for the whole process. It is filled when first asked and rebuilt by
 /// refreshDevices(); a mutex guards it, so every function may be called from any thread. An object is a handle on one
-/// device, with which it is mounted and unmounted. Nothing throws; a tool that fails leaves things as they were.
+/// device, with which it is mounted and unmounted. Nothing throws. Without lsblk the list is empty; a dmsetup or df
+/// that fails leaves it as lsblk gave it.
 class Device
 {
 public:

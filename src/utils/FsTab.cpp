@@ -50,11 +50,6 @@ FSTabInfoPtr parseLine(const QString& line)
     return entry;
 }
 
-bool isBind(const FSTabInfoPtr& entry)
-{
-    return !entry->isComment && !entry->isEmpty && entry->options.contains("bind"_L1);
-}
-
 } // namespace
 
 FSTabInfoList FSTab::getFSTabFromFile(const QString& fileName)
@@ -102,6 +97,11 @@ bool FSTab::isRootUUID(const QString& uuid, const QString& rootDir)
 {
     const FSTabInfoPtr entry = findByUUID(getFSTabFromFile(rootDir + u"/etc/fstab"_s), uuid);
     return entry && entry->mountPoint == "/"_L1;
+}
+
+bool FSTab::isBind(const FSTabInfoPtr& entry)
+{
+    return entry && !entry->isComment && !entry->isEmpty && entry->options.contains("bind"_L1);
 }
 
 bool FSTab::hasBindForUUID(const FSTabInfoList& list, const QString& uuid)

@@ -46,6 +46,9 @@ public:
     /// Whether the fstab under @p rootDir mounts the UUID exactly at "/".
     [[nodiscard]] static bool isRootUUID(const QString& uuid, const QString& rootDir);
 
+    /// Whether the entry is a bind mount; null is none.
+    [[nodiscard]] static bool isBind(const FSTabInfoPtr& entry);
+
     /// Whether some bind entry names the UUID.
     [[nodiscard]] static bool hasBindForUUID(const FSTabInfoList& list, const QString& uuid);
 

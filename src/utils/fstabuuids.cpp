@@ -7,11 +7,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isBind(const FSTabInfo& entry)
-{
-    return entry.options.contains("bind"_L1);
-}
-
 bool isMount(const FSTabInfoPtr& entry)
 {
     return entry && !entry->isComment && !entry->isEmpty && !entry->device.isEmpty();
@@ -44,7 +39,7 @@ FSTabInfoPtr entryThatHolds(const FSTabInfoList& list, const FSTabInfoPtr& bind)
 FSTabInfoPtr followBinds(const FSTabInfoList& list, FSTabInfoPtr entry)
 {
     for (qsizetype hops = 0; isMount(entry) && !entry->device.startsWith("UUID="_L1); ++hops) {
-        if (!isBind(*entry) || !entry->device.startsWith(u'/') || hops > list.size()) {
+        if (!FSTab::isBind(entry) || !entry->device.startsWith(u'/') || hops > list.size()) {
             return nullptr;
         }
         entry = entryThatHolds(list, entry);

@@ -26,9 +26,11 @@ DeviceMount mountBlockDevice(VBlockDevice& device)
 {
     const bool wasMounted = !device.mountPoints().isEmpty();
     device.setWatchChanges(true);
-    QString mountPoint = device.mount({}).simplified();
-    // An error text contains a blank, and so does the mount point of a label with one.
-    if (mountPoint.contains(u' ')) {
+    const QString answer = device.mount({});
+    QString mountPoint = answer.simplified();
+    // An error text contains a blank, and so does the mount point of a label with one. One that ends in a wide blank
+    // has lost it.
+    if (mountPoint != answer || mountPoint.contains(u' ')) {
         const QByteArrayList mountPoints = device.mountPoints();
         mountPoint = mountPoints.isEmpty() ? QString() : QFile::decodeName(mountPoints.first());
     }

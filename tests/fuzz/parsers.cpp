@@ -57,12 +57,17 @@ void lsblk(const QByteArray& bytes)
 
 void dmsetup(const QByteArray& bytes)
 {
-    const BlockDeviceList devices = parseLsblkPairs(QString());
+    const auto mapped = BlockDevicePtr::create();
+    mapped->mapperName = u"a"_s;
+    const auto member = BlockDevicePtr::create();
+    member->kname = u"sda3"_s;
+    const BlockDeviceList devices{mapped, member};
     const QList<DmDependency> dependencies = parseDmDependencies(QString::fromUtf8(bytes));
     for (const DmDependency& line : dependencies) {
         require(!line.mapping.contains(u':'));
     }
     applyDmDependencies(devices, dependencies);
+    require(mapped->pkname.isEmpty() || mapped->pkname == member->kname);
 }
 
 void df(const QByteArray& bytes)

@@ -3,6 +3,7 @@
 #include "support/FakePrograms.h"
 #include "support/FakeUDisks.h"
 #include "support/LogCapture.h"
+#include "support/files.h"
 #include "utils/WorkerReports.h"
 #include "utils/backuplistjson.h"
 
@@ -249,7 +250,7 @@ void AsyncTaskTest::restorePage()
 {
     const QString root = Sandbox::freshFolder();
     const QString recovery = Sandbox::freshFolder();
-    Sandbox::writeFile(root + u"/etc/fstab"_s, "UUID=ROOT / ext4 rw 0 1\n");
+    Sandbox::writeFile(root + u"/etc/fstab"_s, "UUID=00000005-0000-4000-8000-000000000005 / ext4 rw 0 1\n");
     Sandbox::writeFile(root + u"/usr/lib/kestro/desktop-version"_s, "[Release]\nType=Device\n");
     Sandbox::writeFile(root + u"/usr/lib/os-version"_s, "[Version]\nMinorVersion=1041\n");
     QVERIFY(QFile::link(u"/usr/lib/os-version"_s, root + u"/etc/os-version"_s));
@@ -266,7 +267,9 @@ void AsyncTaskTest::restorePage()
     udisks.addDevice(FakeUDisks::partition(u"sda5"_s, u"REC"_s, recovery));
     FakePrograms programs;
     programs.passThrough({u"sudo"_s, u"rm"_s});
-    programs.listNoDevices();
+    programs.reply({u"lsblk"_s}, recording(u"lsblk/composed-luks-lvm.txt"_s).toUtf8());
+    programs.reply({u"dmsetup"_s}, recording(u"dmsetup/composed-luks-lvm.txt"_s).toUtf8());
+    programs.reply({u"df"_s}, {.exitCode = 1});
 
     const LogCapture log;
     AsyncTask task(4);
@@ -277,7 +280,7 @@ void AsyncTaskTest::restorePage()
     QCOMPARE(info.osVersion, 1041);
     QCOMPARE(info.recoveryUUID, u"REC"_s);
     QVERIFY(info.isExitsInitBackup);
-    QVERIFY(!info.isLvm && !info.isEncrypted && !info.isFileManagerEncrypted);
+    QVERIFY(info.isLvm && info.isEncrypted && !info.isFileManagerEncrypted);
     QCOMPARE(info.recoveryInfo, u"{\n    \"type\": \"SystemBackup\"\n}\n"_s);
     QVERIFY(!QFile::exists(recovery + u"/backup/recovery.json"_s));
     const auto backups = backupListFromJson(QJsonDocument::fromJson(info.backupInfo.toUtf8()).object());

@@ -156,6 +156,7 @@ void DeviceTest::isLvmRunsEverything()
     QVERIFY(isEncrypted && !flag);
     QCOMPARE(m_programs->callLines(), (QStringList{lsblkCall, dmsetupCall, u"df -T -B1"_s}));
     QCOMPARE(Device::lookupDevice(root)->parent->kname, u"dm-0"_s);
+    QVERIFY(!Device::lookupDevice(u"/dev/mapper/vg0-root"_s)); // deliberate: lsblk's own path is no name
 
     QVERIFY(!Device::isLvm({}, isEncrypted, flag));
     QVERIFY(!isEncrypted && !flag);
@@ -181,6 +182,13 @@ void DeviceTest::mount()
     QVERIFY(!Device(partition({}, u"disk"_s)).mount(u"/media/x"_s));
     QVERIFY(!Device(BlockDevicePtr()).mount(u"/media/x"_s));
     QCOMPARE(m_programs->calls().size(), 3);
+
+    prepare(u"composed-luks-lvm.txt"_s, u"composed-luks-lvm.txt"_s);
+    Device::refreshDevices();
+    m_programs->reply({u"mount"_s, u"/dev/sda3"_s});
+    const BlockDevicePtr listed = Device::lookupDevice(u"sda3"_s);
+    QVERIFY(Device(listed).mount(u"/media/new"_s));
+    QCOMPARE(Device::lookupDevice(u"/media/new"_s), listed);
 }
 
 void DeviceTest::umount()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "utils/FsTab.h"
 
+#include "support/LogCapture.h"
 #include "support/files.h"
 
 #include <QTemporaryDir>
@@ -92,8 +93,13 @@ void FsTabTest::missingAndUnreadableFile()
     const QTemporaryDir dir;
     const QString missing = dir.filePath(u"fstab"_s);
     const QString warning = u"getFSTabFromFile file not exists, fileName:  \"%1\""_s.arg(missing);
-    QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
-    QVERIFY(FSTab::getFSTabFromFile(missing).isEmpty());
+    {
+        const LogCapture log;
+        QVERIFY(FSTab::getFSTabFromFile(missing).isEmpty());
+        QCOMPARE(log.messages(QtWarningMsg), QStringList{warning});
+        QCOMPARE(log.find(warning).function, u"static FSTabInfoList FSTab::getFSTabFromFile(const QString&)"_s);
+        QCOMPARE(log.find(warning).file, u"./src/utils/FsTab.cpp"_s);
+    }
 
     QTest::failOnWarning(QRegularExpression(u".*"_s));
     QVERIFY(FSTab::getFSTabFromFile(dir.path()).isEmpty());

@@ -76,6 +76,7 @@ void UuidMountTest::mountByUuid_data()
     };
     row("plain", {.mountDirectory = u"/media/disk"_s}, u"/media/disk"_s);
     row("label with blanks", {.mountDirectory = u"/media/My  Disk"_s}, u"/media/My  Disk"_s);
+    row("label that ends in a wide blank", {.mountDirectory = u"/media/盘\u3000"_s}, u"/media/盘\u3000"_s);
     row("mounted already",
         {.mountPoints = {"/mnt/a", "/mnt/b"}, .mountError = u"Device /dev/sda2 is already mounted at `/mnt/a'."_s},
         u"/mnt/a"_s);

@@ -43,6 +43,12 @@ Number product(const Number& a, const Number& b)
     return a && b && !__builtin_mul_overflow(*a, *b, &result) ? Number(result) : std::nullopt;
 }
 
+Number difference(const Number& a, const Number& b)
+{
+    qint64 result = 0;
+    return a && b && !__builtin_sub_overflow(*a, *b, &result) ? Number(result) : std::nullopt;
+}
+
 std::optional<FsUsage> usageOf(const Number& total, const Number& free)
 {
     return total && free ? std::optional(FsUsage{*total, *free}) : std::nullopt;
@@ -111,9 +117,6 @@ std::optional<FsUsage> parseFatReport(const QString& report, const QString& path
         firstMatch(lines, u"^"_s + QRegularExpression::escape(path) + uR"(: \d+ files, (\d+)/(\d+) clusters$)"_s);
     const Number used = product(numberOf(clusters.capturedView(1)), clusterSize);
     const Number total = product(numberOf(clusters.capturedView(2)), clusterSize);
-    if (!used || !total || !dataArea) {
-        return std::nullopt;
-    }
     // The clusters begin behind the data area's offset, and yet it is taken off: deliberate.
-    return FsUsage{*total, *total - *dataArea - *used};
+    return usageOf(total, difference(difference(total, dataArea), used));
 }
