@@ -38,9 +38,22 @@ loader_in() {
     done
 }
 
-# The folder of the EFI partition that holds the installed system's loader: the one with the system's own name,
-# else the first that has one. Empty when there is none. EFI/BOOT is the fallback and EFI/kestro-recovery the recovery
-# partition's, neither is a system's own.
+# serves_system FOLDER: whether the loader there is the installed system's: the one that its GRUB built, or one whose menu
+# leads to the file system with its /boot.
+serves_system() {
+    local core grub menu uuid
+    core=$(grub_file "$efi_target/core.efi")
+    grub=$(find_nocase "$1" "grub$efi_suffix.efi")
+    if [ -n "$core" ] && [ -n "$grub" ] && cmp -s -- "$core" "$grub"; then return; fi
+    menu=$(find_nocase "$1" grub.cfg)
+    uuid=$(fstab_uuid /boot)
+    uuid=${uuid:-$(uuid_of "$system_device")}
+    [ -n "$menu" ] && [ -n "$uuid" ] && grep -qiF -- "$uuid" "$menu"
+}
+
+# The folder of the EFI partition that holds the installed system's loader: the one with the system's own name, else one
+# of another name that is known to be its own, as derivatives have it. Empty when there is none: other systems' loaders are
+# left alone. EFI/BOOT is the fallback and EFI/kestro-recovery the recovery partition's, neither is a system's own.
 loader_folder() {
     local efi own folder
     efi=$(find_nocase "$system/boot/efi" EFI)
@@ -49,7 +62,11 @@ loader_folder() {
     for folder in ${own:+"$own"} "$efi"/*/; do
         folder=${folder%/}
         case ${folder##*/} in [Bb][Oo][Oo][Tt] | [Mm]icrosoft | kestro-recovery) continue ;; esac
-        [ -z "$(loader_in "$folder")" ] || { printf '%s\n' "$folder"; return; }
+        [ -n "$(loader_in "$folder")" ] || continue
+        if [ "$folder" = "$own" ] || serves_system "$folder"; then
+            printf '%s\n' "$folder"
+            return
+        fi
     done
 }
 
@@ -91,7 +108,7 @@ put_boot_entry_first() {
         printf 'would put the boot entry "%s" first\n' "$(entry_id)"
         return
     fi
-    [ -n "$folder" ] || die "no loader was found on $1"
+    [ -n "$folder" ] || die "no loader of the installed system was found on $1"
     loader=$(loader_in "$folder")
     write_fallback_loader "$loader"
     booted_through_uefi || return 0
