@@ -137,12 +137,19 @@ keep_one_entry_first() {
     [ "$order" = "$(boot_order)" ] || run efibootmgr --quiet --bootorder "$order"
 }
 
-# The boot order with NUMBER in front and nowhere else.
+# The boot order with NUMBER in front and nowhere else. A number may have lost its entry: it is left out, because
+# efibootmgr refuses an order that names it.
 order_with_first() {
-    boot_order | tr ',' '\n' | awk -v first="$1" '
-        BEGIN { order = first }
-        $0 != "" && toupper($0) != toupper(first) { order = order "," $0 }
-        END { print order }'
+    efibootmgr | awk -v first="$1" '
+        /^BootOrder:/ { count = split($2, numbers, ",") }
+        /^Boot[0-9A-Fa-f][0-9A-Fa-f][0-9A-Fa-f][0-9A-Fa-f]/ { listed[toupper(substr($1, 5, 4))] = 1 }
+        END {
+            order = first
+            for (i = 1; i <= count; i++)
+                if (toupper(numbers[i]) in listed && toupper(numbers[i]) != toupper(first))
+                    order = order "," numbers[i]
+            print order
+        }'
 }
 
 partition_number() {

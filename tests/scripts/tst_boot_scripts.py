@@ -94,6 +94,8 @@ class BootScripts(bootdisk.BootDisk):
 
     def test_a_missing_entry_is_made_and_a_fallback_is_never_replaced(self):
         self.put_loaders(testos__grubx64_efi="grub", BOOT__bootx64_efi="somebody's")
+        # A number without an entry, too.
+        self.firmware(entries=self.firmware()["entries"], order=["0009", "0000"])
         for _ in range(2):
             code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
             self.assertEqual(code, 0, text)
