@@ -80,7 +80,24 @@ entry_id() {
     printf '%s\n' "$id"
 }
 
-# firmware_entries PARTITION_UUID LOADER: the numbers of the entries that start that loader, from lines like
+# What names the partition in the firmware's entries, in the words of efibootmgr: the UUID of one in a GPT, number and
+# signature of the disk of one in an MBR, like (1,mbr,0x12abcd, for the UUID 0012abcd-01. Empty when it has no UUID.
+firmware_partition() {
+    local uuid
+    uuid=$(partition_entry "$1" UUID)
+    if [ -n "$uuid" ] && [ "$(partition_entry "$1" SCHEME)" = dos ]; then
+        printf '(%d,mbr,0x%x,\n' "$(partition_entry "$1" NUMBER)" "$((16#${uuid%-*}))"
+    else
+        printf '%s\n' "$uuid"
+    fi
+}
+
+# partition_entry DEVICE UUID|SCHEME|NUMBER: from the partition table; empty when it does not have that.
+partition_entry() {
+    blkid -c /dev/null -p -o value -s "PART_ENTRY_$2" -- "$1" || true
+}
+
+# firmware_entries PARTITION LOADER: the numbers of the entries that start that loader, from lines like
 #   Boot0001* debian	HD(1,GPT,5a1c…,0x800,0x100000)/File(\EFI\debian\shimx64.efi)      (efibootmgr 17)
 #   Boot0001* debian	HD(1,GPT,5a1c…,0x800,0x100000)/\EFI\debian\shimx64.efi            (efibootmgr 18)
 # An entry with data behind the loader's path is somebody else's: firmware updates are started that way.
@@ -119,11 +136,11 @@ put_boot_entry_first() {
 # keep_one_entry_first EFI_DEVICE LOADER LABEL: LOADER is a path on the EFI partition.
 keep_one_entry_first() {
     local partition loader=${2//\//\\} numbers extra first order
-    partition=$(blkid -c /dev/null -p -o value -s PART_ENTRY_UUID -- "$1")
+    partition=$(firmware_partition "$1")
     [ -n "$partition" ] || die "$1 has no partition UUID"
     mapfile -t numbers < <(firmware_entries "$partition" "$loader")
     if [ "${#numbers[@]}" -eq 0 ]; then
-        run efibootmgr --quiet --create-only --disk "$(disk_of "$1")" --part "$(partition_number "$1")" \
+        run efibootmgr --quiet --create-only --disk "$(disk_of "$1")" --part "$(partition_entry "$1" NUMBER)" \
             --label "$3" --loader "$loader"
         mapfile -t numbers < <(firmware_entries "$partition" "$loader")
         [ "${#numbers[@]}" -gt 0 ] || [ -n "$dry_run" ] || die "the firmware did not keep the new boot entry"
@@ -150,10 +167,6 @@ order_with_first() {
                     order = order "," numbers[i]
             print order
         }'
-}
-
-partition_number() {
-    blkid -c /dev/null -p -o value -s PART_ENTRY_NUMBER -- "$1"
 }
 
 # Firmware that forgot its entries starts EFI/BOOT. A loader that is there is never replaced.

@@ -137,6 +137,19 @@ class BootScripts(bootdisk.BootDisk):
                 self.assertEqual(self.firmware()["entries"]["0001"],
                                  [True, "base", self.own_entry(r"\EFI\base\grubx64.efi")])
 
+    def test_a_disk_with_an_mbr(self):
+        self.put_loaders(testos__grubx64_efi="grub")
+        self.make_mbr(0)
+        code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+        self.assertNotEqual(code, 0)
+        self.assertIn("has no partition UUID", text)
+        self.make_mbr(0x12abcd)
+        code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+        self.assertEqual(code, 0, text)
+        self.assertEqual(self.firmware()["order"], ["0001", "0000"])
+        self.assertEqual(self.firmware()["entries"]["0001"],
+                         [True, "testos", r"HD(1,MBR,0x12abcd,0x800,0x100000)/File(\EFI\testos\grubx64.efi)"])
+
     def test_grub_that_cannot_be_installed(self):
         for loader, code in ((None, 1), ("old", 0)):
             with self.subTest(loader):
