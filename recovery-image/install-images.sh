@@ -71,7 +71,7 @@ copy_folders_from_data() {
 remove_copied_folders() {
     local name
     [ "${#copied_folders[@]}" -gt 0 ] || return 0
-    mountpoint -q -- "$system" || mount_device "$system_device" "$system" write "$system_subvolume" || return
+    mountpoint -q -- "$system" || mount_device "$system_device" "$system" write || return
     for name in "${copied_folders[@]}"; do
         [ ! -d "$system/$name" ] || find "$system/$name" -xdev -mindepth 1 -delete || return
     done
@@ -92,7 +92,7 @@ remove_abandoned_copies() {
 
 make_initial_images() {
     local images line name uuid
-    mount_device "$system_device" "$system" write "$system_subvolume"
+    mount_device "$system_device" "$system" write
     copy_folders_from_data
     mapfile -t images < <(initial_images)
     umount -- "$system"

@@ -4,6 +4,7 @@
 import os
 import pathlib
 import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -23,6 +24,12 @@ BOOT, ROOT, DATA, RECOVERY, SMALL, GRUB = range(EFI + 1, EFI + 7)
 BIOS_BOOT, LINUX = "21686148-6449-6E6F-744E-656564454649", "0FC63DAF-8483-4772-8E79-3D69D8477DE4"
 MEMORY = "/dev/shm"
 KERNEL = "6.1.0-9-amd64"
+
+
+def can_mount_btrfs():
+    subprocess.run(["modprobe", "--quiet", "btrfs"], check=False)
+    kinds = pathlib.Path("/proc/filesystems").read_text(encoding="ascii").split()
+    return "btrfs" in kinds and shutil.which("mkfs.btrfs") is not None
 
 
 class RecoveryInstall(bootdisk.BootDisk):
@@ -193,6 +200,17 @@ class RecoveryInstall(bootdisk.BootDisk):
         self.assertNotIn("backup/.copied-folders", self.read(RECOVERY))
         self.assertEqual(self.restored(), root | {"opt/app/run": "program", "var/lib/status": "packages"})
 
+    @unittest.skipUnless(can_mount_btrfs(), "the kernel has no btrfs, or there is no mkfs.btrfs")
+    def test_a_system_in_a_subvolume_is_refused(self):
+        subprocess.run(["mkfs.btrfs", "-qf", self.disk.own(self.disk.parts[RECOVERY])], check=True)
+        with self.mounted(RECOVERY) as root:
+            subprocess.run(["btrfs", "--quiet", "subvolume", "create", root / "@"], check=True)
+        self.write(RECOVERY, {"@/etc/fstab": f"UUID={self.disk.uuid(RECOVERY)} / btrfs subvol=@ 0 0\n"})
+        code, calls, text = self.call("bios", *self.words(root=RECOVERY, recovery=SMALL, data=RECOVERY))
+        self.assertNotEqual(code, 0)
+        self.assertEqual(calls, [])
+        self.assertIn("lies in the subvolume @", text)
+
     def test_refusals_write_nothing(self):
         self.set_type(GRUB, LINUX)
         self.assertIn("has no partition for GRUB", self.call("bios", *self.words())[2])
@@ -218,6 +236,8 @@ class RecoveryInstall(bootdisk.BootDisk):
                 self.assertIn(reason, text)
         for booted, more, reason in (("bios", {"LAYERS": "lvm cryptodisk luks2"}, "is encrypted"),
                                      ("uefi", {"LAYERS": "unknown"}, "does not know"),
+                                     ("bios", {"BELOW": "raid1"}, "software RAID"),
+                                     ("bios", {"BELOW": "mpath"}, "multipath"),
                                      ("bios", {"PATH": f"{FAKES}:/usr/sbin:/usr/bin:/sbin:/bin"}, "kestro-clone is missing")):
             with self.subTest(reason):
                 code, calls, text = self.call(booted, *self.words(), **more)
