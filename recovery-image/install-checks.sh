@@ -159,7 +159,7 @@ check_space() {
     fi
     umount --recursive -- "$system"
     mount_device "$recovery" "$partition" look
-    available=$(df --output=avail --block-size=1 -- "$partition" | tail -n 1)
+    available=$(($(df --output=avail --block-size=1 -- "$partition" | tail -n 1) + $(bytes_of_new_images)))
     umount -- "$partition"
     [ "$available" -ge "$needed" ] ||
         die "$recovery is too small: $((available >> 20)) MiB are free, at least $((needed >> 20)) MiB are needed"

@@ -181,15 +181,23 @@ class RecoveryInstall(bootdisk.BootDisk):
         self.assertIn("multiboot ($menu)/snapshots/1/grub/i386-pc/core.img", files["boot/grub/grub.cfg"])
         self.assertIn('-s "($menu)/snapshots/1/grub/grub.cfg"', files["boot/grub/grub.cfg"])
 
-    def test_a_failing_image_leaves_no_copies(self):
-        code, calls, text = self.call("bios", *self.words(), PATH=self.image_tool("exit 10"))
-        self.assertNotEqual(code, 0, text)
-        self.assertEqual(len(calls), 1)
-        self.assertEqual([name for name in self.read(ROOT) if name.startswith(("opt", "var"))], [])
-        self.assertNotIn("boot/grub/grub.cfg", self.read(RECOVERY))
+    def test_a_failing_image_leaves_everything_as_it_was(self):
+        path = self.image_tool('echo half >"$3"; case $3 in *system*) exit 10; esac')
+        images = {f"backup/{name}": f"old {name}" for name in ("part-boot.info", "part-boot.kim", "system.info", "system.kim")}
+        for before in ({}, images):
+            with self.subTest(before):
+                self.write(RECOVERY, before)
+                code, calls, text = self.call("bios", *self.words(), PATH=path)
+                self.assertNotEqual(code, 0, text)
+                self.assertEqual(len(calls), 1)
+                self.assertEqual([name for name in self.read(ROOT) if name.startswith(("opt", "var"))], [])
+                self.assertNotIn("boot/grub/grub.cfg", self.read(RECOVERY))
+                with self.mounted(RECOVERY) as recovery:
+                    self.assertEqual({f"backup/{file.name}": file.read_text() for file in (recovery / "backup").iterdir()
+                                      if file.name != "_nox_data.info"}, before)
 
     def test_copies_of_a_run_that_died_are_made_anew(self):
-        code, _, text = self.call("bios", *self.words(), PATH=self.image_tool('kill -9 "$PPID"'))
+        code, _, text = self.call("bios", *self.words(), PATH=self.image_tool('echo half >"$3"; kill -9 "$PPID"'))
         self.assertEqual(code, -signal.SIGKILL, text)
         with self.mounted(ROOT) as root:
             (root / "var/lib/status").unlink()
@@ -197,7 +205,7 @@ class RecoveryInstall(bootdisk.BootDisk):
         self.assertEqual(code, 0, text)
         root = self.read(ROOT)
         self.assertEqual([name for name in root if name.startswith(("opt", "var"))], [])
-        self.assertNotIn("backup/.copied-folders", self.read(RECOVERY))
+        self.assertEqual([name for name in self.read(RECOVERY) if name.startswith("backup/.")], [])
         self.assertEqual(self.restored(), root | {"opt/app/run": "program", "var/lib/status": "packages"})
 
     @unittest.skipUnless(can_mount_btrfs(), "the kernel has no btrfs, or there is no mkfs.btrfs")
