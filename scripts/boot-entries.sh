@@ -117,7 +117,8 @@ boot_order() {
     efibootmgr | sed -n 's/^BootOrder: *//p'
 }
 
-# put_boot_entry_first EFI_DEVICE: one entry for the installed system's loader, active and first; and the fallback.
+# put_boot_entry_first EFI_DEVICE: one entry for the installed system's loader, active and first; and the fallback, which is
+# a nicety: the partition may have no room for it.
 put_boot_entry_first() {
     local folder loader
     folder=$(loader_folder)
@@ -127,10 +128,11 @@ put_boot_entry_first() {
     fi
     [ -n "$folder" ] || die "no loader of the installed system was found on $1"
     loader=$(loader_in "$folder")
-    write_fallback_loader "$loader"
-    booted_through_uefi || return 0
-    keep_one_entry_first "$1" "${loader#"$system/boot/efi"}" "$(entry_id)"
-    keep_recovery_entry_first "$1"
+    if booted_through_uefi; then
+        keep_one_entry_first "$1" "${loader#"$system/boot/efi"}" "$(entry_id)"
+        keep_recovery_entry_first "$1"
+    fi
+    write_fallback_loader "$loader" || note "the fallback loader could not be written to $1"
 }
 
 # keep_one_entry_first EFI_DEVICE LOADER LABEL: LOADER is a path on the EFI partition.
@@ -169,19 +171,28 @@ order_with_first() {
         }'
 }
 
-# Firmware that forgot its entries starts EFI/BOOT. A loader that is there is never replaced.
+# put_loader SOURCE FILE: FILE appears whole or not at all.
+put_loader() {
+    if ! { run cp -- "$1" "$2.new" && run mv -f -- "$2.new" "$2"; }; then
+        run rm -f -- "$2.new"
+        return 1
+    fi
+}
+
+# Firmware that forgot its entries starts EFI/BOOT. A loader that is there is never replaced. Every step says itself that it
+# failed: "set -e" does not hold for a function whose failure is asked for.
 write_fallback_loader() {
     local efi fallback companion
     efi=$(find_nocase "$system/boot/efi" EFI)
     fallback=$(find_nocase "$efi" BOOT)
     fallback=${fallback:-$efi/BOOT}
     [ -z "$(find_nocase "$fallback" "boot$efi_suffix.efi")" ] || return 0
-    run mkdir -p -- "$fallback"
+    run mkdir -p -- "$fallback" || return
     # shim starts the GRUB that lies beside it.
     for companion in grub mm; do
         companion=$(find_nocase "$(dirname -- "$1")" "$companion$efi_suffix.efi")
-        [ -z "$companion" ] || [ "$companion" = "$1" ] || run cp -- "$companion" "$fallback/"
+        [ -z "$companion" ] || [ "$companion" = "$1" ] ||
+            put_loader "$companion" "$fallback/$(basename -- "$companion")" || return
     done
-    run cp -- "$1" "$fallback/BOOT${efi_suffix^^}.EFI.new"
-    run mv -f -- "$fallback/BOOT${efi_suffix^^}.EFI.new" "$fallback/BOOT${efi_suffix^^}.EFI"
+    put_loader "$1" "$fallback/BOOT${efi_suffix^^}.EFI"
 }

@@ -137,6 +137,18 @@ class BootScripts(bootdisk.BootDisk):
                 self.assertEqual(self.firmware()["entries"]["0001"],
                                  [True, "base", self.own_entry(r"\EFI\base\grubx64.efi")])
 
+    def test_a_full_efi_partition_has_no_fallback(self):
+        self.put_loaders(testos__grubx64_efi="grub" * 100000, BOOT__other_efi="other")
+        with self.mounted(EFI) as efi, open(efi / "filling", "wb", buffering=0) as filling:
+            with self.assertRaises(OSError):
+                while filling.write(bytes(1 << 16)):
+                    os.fsync(filling)
+        code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+        self.assertEqual(code, 0, text)
+        self.assertEqual(self.firmware()["order"], ["0001", "0000"])
+        with self.mounted(EFI) as efi:
+            self.assertEqual([path.name for path in (efi / "EFI/BOOT").iterdir()], ["other.efi"])
+
     def test_a_disk_with_an_mbr(self):
         self.put_loaders(testos__grubx64_efi="grub")
         self.make_mbr(0)
