@@ -90,14 +90,15 @@ remove_abandoned_copies() {
     remove_copied_folders
 }
 
-# What was made but not put in place, in this run or in one that ended in a power cut. Nobody lists names with a dot in front.
+# What was made but not put in place, in this run or in one that ended in a power cut. Names with a dot are in no list.
 remove_new_images() {
     [ ! -d "$partition/backup" ] || find "$partition/backup" -mindepth 1 -maxdepth 1 -name '.new-*' -delete
 }
 
 # What removing them gives back.
 bytes_of_new_images() {
-    find "$partition" -maxdepth 2 -path '*/backup/.new-*' -printf '%b\n' | awk '{ sum += $1 * 512 } END { printf "%.0f\n", sum }'
+    find "$partition" -maxdepth 2 -path '*/backup/.new-*' -printf '%b\n' |
+        awk '{ sum += $1 * 512 } END { printf "%.0f\n", sum }'
 }
 
 # All images are complete before the first is put in place, and that of the root comes last: after a reset from images of

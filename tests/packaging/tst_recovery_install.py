@@ -183,7 +183,8 @@ class RecoveryInstall(bootdisk.BootDisk):
 
     def test_a_failing_image_leaves_everything_as_it_was(self):
         path = self.image_tool('echo half >"$3"; case $3 in *system*) exit 10; esac')
-        images = {f"backup/{name}": f"old {name}" for name in ("part-boot.info", "part-boot.kim", "system.info", "system.kim")}
+        names = ("part-boot.info", "part-boot.kim", "system.info", "system.kim")
+        images = {f"backup/{name}": f"old {name}" for name in names}
         for before in ({}, images):
             with self.subTest(before):
                 self.write(RECOVERY, before)
