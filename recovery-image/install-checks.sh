@@ -68,7 +68,9 @@ check_system() {
     local point uuid device
     system_device=
     find_root
-    mount_device "$system_device" "$system" look "$system_subvolume"
+    [ -z "$system_subvolume" ] ||
+        die "the system lies in the subvolume $system_subvolume of $root_device, which the recovery program cannot see"
+    mount_device "$system_device" "$system" look
     for point in /usr /boot /boot/efi; do
         uuid=$(fstab_uuid "$point")
         [ -n "$uuid" ] || continue
@@ -77,6 +79,7 @@ check_system() {
     done
     umount -- "$system"
     dry_run=1 mount_parts_of_system
+    check_layers
     if [ ! -d "$system/etc/grub.d" ] || ! system_tool grub-mkconfig grub2-mkconfig update-grub >/dev/null; then
         die "the installed system does not start through GRUB"
     fi
@@ -86,6 +89,20 @@ check_system() {
     check_boot_folder
     check_data_partition
     [ -n "$keep_images" ] || command -v kestro-clone >/dev/null || die "kestro-clone is missing here"
+}
+
+# The recovery system can assemble none of these, and GRUB would be written to one of the disks of a mirror only.
+check_layers() {
+    local device point devices=("$data_device")
+    for point in / /usr /boot /boot/efi; do
+        devices+=("$(device_at "$point")")
+    done
+    for device in "${devices[@]}"; do
+        case $(lsblk --inverse --noheadings --raw --output TYPE -- "$device") in
+            *raid*) die "$device lies on a software RAID, which the recovery system cannot assemble" ;;
+            *mpath*) die "$device is reached on several paths (multipath), which the recovery system cannot assemble" ;;
+        esac
+    done
 }
 
 # A GRUB that does not find the system's menu takes the system for destroyed and starts the recovery system every time.
@@ -142,7 +159,7 @@ check_space() {
     fi
     umount --recursive -- "$system"
     mount_device "$recovery" "$partition" look
-    available=$(df --output=avail --block-size=1 -- "$partition" | tail -n 1)
+    available=$(($(df --output=avail --block-size=1 -- "$partition" | tail -n 1) + $(bytes_of_new_images)))
     umount -- "$partition"
     [ "$available" -ge "$needed" ] ||
         die "$recovery is too small: $((available >> 20)) MiB are free, at least $((needed >> 20)) MiB are needed"

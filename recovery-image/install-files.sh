@@ -18,7 +18,9 @@ put_text() {
     mv -f -- "$1.new" "$1"
 }
 
-# boot.cfg comes last: until then the recovery system that was there before starts.
+# boot.cfg comes last, so that kernel and initial RAM disk change at once. The squashfs has one name for all kernels: in the
+# moment between it and boot.cfg, a power cut leaves the kernel of before with the system of now, whose modules do not fit.
+# It is replaced directly before boot.cfg therefore, and running the installer again mends it.
 copy_recovery_system() {
     mkdir -p -- "$partition"/{backup,kestro,recovery_live,boot}
     printf '%s\n' "$data_uuid" | put_text "$partition/backup/_nox_data.info"

@@ -71,7 +71,7 @@ copy_folders_from_data() {
 remove_copied_folders() {
     local name
     [ "${#copied_folders[@]}" -gt 0 ] || return 0
-    mountpoint -q -- "$system" || mount_device "$system_device" "$system" write "$system_subvolume" || return
+    mountpoint -q -- "$system" || mount_device "$system_device" "$system" write || return
     for name in "${copied_folders[@]}"; do
         [ ! -d "$system/$name" ] || find "$system/$name" -xdev -mindepth 1 -delete || return
     done
@@ -90,22 +90,49 @@ remove_abandoned_copies() {
     remove_copied_folders
 }
 
+# What was made but not put in place, in this run or in one that ended in a power cut. Names with a dot are in no list.
+remove_new_images() {
+    [ ! -d "$partition/backup" ] || find "$partition/backup" -mindepth 1 -maxdepth 1 -name '.new-*' -delete
+}
+
+# What removing them gives back.
+bytes_of_new_images() {
+    find "$partition" -maxdepth 2 -path '*/backup/.new-*' -printf '%b\n' |
+        awk '{ sum += $1 * 512 } END { printf "%.0f\n", sum }'
+}
+
+# All images are complete before the first is put in place, and that of the root comes last: after a reset from images of
+# different moments, or from half a set, the system would not start.
+put_new_images_in_place() {
+    local name ending
+    sync -f -- "$partition"
+    for name; do
+        for ending in info kim; do
+            mv -f -- "$partition/backup/.new-$name.$ending" "$partition/backup/$name.$ending"
+        done
+    done
+    sync -f -- "$partition"
+}
+
 make_initial_images() {
-    local images line name uuid
-    mount_device "$system_device" "$system" write "$system_subvolume"
+    local images line name uuid names=()
+    mount_device "$system_device" "$system" write
     copy_folders_from_data
     mapfile -t images < <(initial_images)
     umount -- "$system"
     for line in "${images[@]}"; do
         read -r name uuid <<<"$line"
-        kestro-clone --tui "$(device_of_uuid "$uuid")" "$partition/backup/$name.kim"
-        printf '%s\n' "$uuid" | put_text "$partition/backup/$name.info"
+        kestro-clone --tui "$(device_of_uuid "$uuid")" "$partition/backup/.new-$name.kim"
+        printf '%s\n' "$uuid" >"$partition/backup/.new-$name.info"
+        names+=("$name")
     done
+    put_new_images_in_place "${names[@]}"
     remove_copied_folders
 }
 
 # The end of the installer, however it ends.
 finish() {
+    remove_new_images || note "unfinished images may have stayed on $recovery"
     remove_copied_folders || note "copies of /opt and /var may have stayed in $root_device"
     clean_up
 }

@@ -38,9 +38,22 @@ loader_in() {
     done
 }
 
-# The folder of the EFI partition that holds the installed system's loader: the one with the system's own name,
-# else the first that has one. Empty when there is none. EFI/BOOT is the fallback and EFI/kestro-recovery the recovery
-# partition's, neither is a system's own.
+# serves_system FOLDER: whether the loader there is the installed system's: the one that its GRUB built, or one whose menu
+# leads to the file system with its /boot.
+serves_system() {
+    local core grub menu uuid
+    core=$(grub_file "$efi_target/core.efi")
+    grub=$(find_nocase "$1" "grub$efi_suffix.efi")
+    if [ -n "$core" ] && [ -n "$grub" ] && cmp -s -- "$core" "$grub"; then return; fi
+    menu=$(find_nocase "$1" grub.cfg)
+    uuid=$(fstab_uuid /boot)
+    uuid=${uuid:-$(uuid_of "$system_device")}
+    [ -n "$menu" ] && [ -n "$uuid" ] && grep -qiF -- "$uuid" "$menu"
+}
+
+# The folder of the EFI partition that holds the installed system's loader: the one with the system's own name, else one
+# of another name that is known to be its own, as derivatives have it. Empty when there is none: other systems' loaders are
+# left alone. EFI/BOOT is the fallback and EFI/kestro-recovery the recovery partition's, neither is a system's own.
 loader_folder() {
     local efi own folder
     efi=$(find_nocase "$system/boot/efi" EFI)
@@ -49,7 +62,11 @@ loader_folder() {
     for folder in ${own:+"$own"} "$efi"/*/; do
         folder=${folder%/}
         case ${folder##*/} in [Bb][Oo][Oo][Tt] | [Mm]icrosoft | kestro-recovery) continue ;; esac
-        [ -z "$(loader_in "$folder")" ] || { printf '%s\n' "$folder"; return; }
+        [ -n "$(loader_in "$folder")" ] || continue
+        if [ "$folder" = "$own" ] || serves_system "$folder"; then
+            printf '%s\n' "$folder"
+            return
+        fi
     done
 }
 
@@ -63,7 +80,24 @@ entry_id() {
     printf '%s\n' "$id"
 }
 
-# firmware_entries PARTITION_UUID LOADER: the numbers of the entries that start that loader, from lines like
+# What names the partition in the firmware's entries, in the words of efibootmgr: the UUID of one in a GPT, number and
+# signature of the disk of one in an MBR, like (1,mbr,0x12abcd, for the UUID 0012abcd-01. Empty when it has no UUID.
+firmware_partition() {
+    local uuid
+    uuid=$(partition_entry "$1" UUID)
+    if [ -n "$uuid" ] && [ "$(partition_entry "$1" SCHEME)" = dos ]; then
+        printf '(%d,mbr,0x%x,\n' "$(partition_entry "$1" NUMBER)" "$((16#${uuid%-*}))"
+    else
+        printf '%s\n' "$uuid"
+    fi
+}
+
+# partition_entry DEVICE UUID|SCHEME|NUMBER: from the partition table; empty when it does not have that.
+partition_entry() {
+    blkid -c /dev/null -p -o value -s "PART_ENTRY_$2" -- "$1" || true
+}
+
+# firmware_entries PARTITION LOADER: the numbers of the entries that start that loader, from lines like
 #   Boot0001* debian	HD(1,GPT,5a1c…,0x800,0x100000)/File(\EFI\debian\shimx64.efi)      (efibootmgr 17)
 #   Boot0001* debian	HD(1,GPT,5a1c…,0x800,0x100000)/\EFI\debian\shimx64.efi            (efibootmgr 18)
 # An entry with data behind the loader's path is somebody else's: firmware updates are started that way.
@@ -83,7 +117,8 @@ boot_order() {
     efibootmgr | sed -n 's/^BootOrder: *//p'
 }
 
-# put_boot_entry_first EFI_DEVICE: one entry for the installed system's loader, active and first; and the fallback.
+# put_boot_entry_first EFI_DEVICE: one entry for the installed system's loader, active and first; and the fallback, which is
+# a nicety: the partition may have no room for it.
 put_boot_entry_first() {
     local folder loader
     folder=$(loader_folder)
@@ -91,22 +126,23 @@ put_boot_entry_first() {
         printf 'would put the boot entry "%s" first\n' "$(entry_id)"
         return
     fi
-    [ -n "$folder" ] || die "no loader was found on $1"
+    [ -n "$folder" ] || die "no loader of the installed system was found on $1"
     loader=$(loader_in "$folder")
-    write_fallback_loader "$loader"
-    booted_through_uefi || return 0
-    keep_one_entry_first "$1" "${loader#"$system/boot/efi"}" "$(entry_id)"
-    keep_recovery_entry_first "$1"
+    if booted_through_uefi; then
+        keep_one_entry_first "$1" "${loader#"$system/boot/efi"}" "$(entry_id)"
+        keep_recovery_entry_first "$1"
+    fi
+    write_fallback_loader "$loader" || note "the fallback loader could not be written to $1"
 }
 
 # keep_one_entry_first EFI_DEVICE LOADER LABEL: LOADER is a path on the EFI partition.
 keep_one_entry_first() {
     local partition loader=${2//\//\\} numbers extra first order
-    partition=$(blkid -c /dev/null -p -o value -s PART_ENTRY_UUID -- "$1")
+    partition=$(firmware_partition "$1")
     [ -n "$partition" ] || die "$1 has no partition UUID"
     mapfile -t numbers < <(firmware_entries "$partition" "$loader")
     if [ "${#numbers[@]}" -eq 0 ]; then
-        run efibootmgr --quiet --create-only --disk "$(disk_of "$1")" --part "$(partition_number "$1")" \
+        run efibootmgr --quiet --create-only --disk "$(disk_of "$1")" --part "$(partition_entry "$1" NUMBER)" \
             --label "$3" --loader "$loader"
         mapfile -t numbers < <(firmware_entries "$partition" "$loader")
         [ "${#numbers[@]}" -gt 0 ] || [ -n "$dry_run" ] || die "the firmware did not keep the new boot entry"
@@ -120,31 +156,43 @@ keep_one_entry_first() {
     [ "$order" = "$(boot_order)" ] || run efibootmgr --quiet --bootorder "$order"
 }
 
-# The boot order with NUMBER in front and nowhere else.
+# The boot order with NUMBER in front and nowhere else. A number may have lost its entry: it is left out, because
+# efibootmgr refuses an order that names it.
 order_with_first() {
-    boot_order | tr ',' '\n' | awk -v first="$1" '
-        BEGIN { order = first }
-        $0 != "" && toupper($0) != toupper(first) { order = order "," $0 }
-        END { print order }'
+    efibootmgr | awk -v first="$1" '
+        /^BootOrder:/ { count = split($2, numbers, ",") }
+        /^Boot[0-9A-Fa-f][0-9A-Fa-f][0-9A-Fa-f][0-9A-Fa-f]/ { listed[toupper(substr($1, 5, 4))] = 1 }
+        END {
+            order = first
+            for (i = 1; i <= count; i++)
+                if (toupper(numbers[i]) in listed && toupper(numbers[i]) != toupper(first))
+                    order = order "," numbers[i]
+            print order
+        }'
 }
 
-partition_number() {
-    blkid -c /dev/null -p -o value -s PART_ENTRY_NUMBER -- "$1"
+# put_loader SOURCE FILE: FILE appears whole or not at all.
+put_loader() {
+    if ! { run cp -- "$1" "$2.new" && run mv -f -- "$2.new" "$2"; }; then
+        run rm -f -- "$2.new"
+        return 1
+    fi
 }
 
-# Firmware that forgot its entries starts EFI/BOOT. A loader that is there is never replaced.
+# Firmware that forgot its entries starts EFI/BOOT. A loader that is there is never replaced. Every step says itself that it
+# failed: "set -e" does not hold for a function whose failure is asked for.
 write_fallback_loader() {
     local efi fallback companion
     efi=$(find_nocase "$system/boot/efi" EFI)
     fallback=$(find_nocase "$efi" BOOT)
     fallback=${fallback:-$efi/BOOT}
     [ -z "$(find_nocase "$fallback" "boot$efi_suffix.efi")" ] || return 0
-    run mkdir -p -- "$fallback"
+    run mkdir -p -- "$fallback" || return
     # shim starts the GRUB that lies beside it.
     for companion in grub mm; do
         companion=$(find_nocase "$(dirname -- "$1")" "$companion$efi_suffix.efi")
-        [ -z "$companion" ] || [ "$companion" = "$1" ] || run cp -- "$companion" "$fallback/"
+        [ -z "$companion" ] || [ "$companion" = "$1" ] ||
+            put_loader "$companion" "$fallback/$(basename -- "$companion")" || return
     done
-    run cp -- "$1" "$fallback/BOOT${efi_suffix^^}.EFI.new"
-    run mv -f -- "$fallback/BOOT${efi_suffix^^}.EFI.new" "$fallback/BOOT${efi_suffix^^}.EFI"
+    put_loader "$1" "$fallback/BOOT${efi_suffix^^}.EFI"
 }

@@ -169,7 +169,7 @@ install_grub_for_uefi() {
         run_in_system "$tool" "--target=$efi_target" --efi-directory=/boot/efi "--bootloader-id=$id" --no-nvram --recheck; then
         return
     fi
-    [ -n "$(loader_folder)" ] || die "GRUB could not be installed on $1, and it holds no loader"
+    [ -n "$(loader_folder)" ] || die "GRUB could not be installed on $1, and it holds no loader of the system"
     note "GRUB could not be reinstalled; the loader on $1 stays"
 }
 

@@ -26,11 +26,12 @@ mount -t tmpfs none "$1/etc"
 mkdir "$1/etc/upper" "$1/etc/work"
 mount -t overlay -o "lowerdir=/etc,upperdir=$1/etc/upper,workdir=$1/etc/work" none /etc
 [ -z "$2" ] || mount -o ro "$2" /run/live/medium
-if [ -x "$1/kestro-clone" ]; then
-    "$1/kestro-clone" 3 &
+for tool in kestro-clone sudo; do
+    [ -x "$1/$tool" ] || continue
+    "$1/$tool" 3 &
     # Until then it has the shell's name.
-    until grep -qx kestro-clone "/proc/$!/comm"; do sleep 0.01; done
-fi
+    until grep -qx "$tool" "/proc/$!/comm"; do sleep 0.01; done
+done
 script=$3
 shift 3
 "$script"
@@ -114,10 +115,14 @@ class Session(unittest.TestCase):
             self.assertEqual((partition / "kestro-recovery-journal.txt").read_text(), "what happened\n")
 
     def test_a_restore_that_goes_on_is_waited_for(self):
-        shutil.copy("/bin/sleep", self.folder / "kestro-clone")
-        self.call("report-failure", "sh", "-c", "! grep -x kestro-clone /proc/[0-9]*/comm")
-        text = (self.folder / "console").read_text()
-        self.assertLess(text.index("Do not switch off"), text.index("Nothing is running any more."))
+        for tool in ("kestro-clone", "sudo"):
+            with self.subTest(tool):
+                shutil.copy("/bin/sleep", self.folder / tool)
+                self.call("report-failure", "sh", "-c", f"! grep -x {tool} /proc/[0-9]*/comm")
+                text = (self.folder / "console").read_text()
+                self.assertLess(text.index("Do not switch off"), text.index("Nothing is running any more."))
+                (self.folder / tool).unlink()
+                (self.folder / "console").unlink()
 
     def test_a_death_without_recovery_partition_is_told(self):
         self.call("report-failure", "true", device="/dev/disk/by-uuid/gone")

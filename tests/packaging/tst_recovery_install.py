@@ -4,6 +4,7 @@
 import os
 import pathlib
 import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -23,6 +24,12 @@ BOOT, ROOT, DATA, RECOVERY, SMALL, GRUB = range(EFI + 1, EFI + 7)
 BIOS_BOOT, LINUX = "21686148-6449-6E6F-744E-656564454649", "0FC63DAF-8483-4772-8E79-3D69D8477DE4"
 MEMORY = "/dev/shm"
 KERNEL = "6.1.0-9-amd64"
+
+
+def can_mount_btrfs():
+    subprocess.run(["modprobe", "--quiet", "btrfs"], check=False)
+    kinds = pathlib.Path("/proc/filesystems").read_text(encoding="ascii").split()
+    return "btrfs" in kinds and shutil.which("mkfs.btrfs") is not None
 
 
 class RecoveryInstall(bootdisk.BootDisk):
@@ -174,15 +181,24 @@ class RecoveryInstall(bootdisk.BootDisk):
         self.assertIn("multiboot ($menu)/snapshots/1/grub/i386-pc/core.img", files["boot/grub/grub.cfg"])
         self.assertIn('-s "($menu)/snapshots/1/grub/grub.cfg"', files["boot/grub/grub.cfg"])
 
-    def test_a_failing_image_leaves_no_copies(self):
-        code, calls, text = self.call("bios", *self.words(), PATH=self.image_tool("exit 10"))
-        self.assertNotEqual(code, 0, text)
-        self.assertEqual(len(calls), 1)
-        self.assertEqual([name for name in self.read(ROOT) if name.startswith(("opt", "var"))], [])
-        self.assertNotIn("boot/grub/grub.cfg", self.read(RECOVERY))
+    def test_a_failing_image_leaves_everything_as_it_was(self):
+        path = self.image_tool('echo half >"$3"; case $3 in *system*) exit 10; esac')
+        names = ("part-boot.info", "part-boot.kim", "system.info", "system.kim")
+        images = {f"backup/{name}": f"old {name}" for name in names}
+        for before in ({}, images):
+            with self.subTest(before):
+                self.write(RECOVERY, before)
+                code, calls, text = self.call("bios", *self.words(), PATH=path)
+                self.assertNotEqual(code, 0, text)
+                self.assertEqual(len(calls), 1)
+                self.assertEqual([name for name in self.read(ROOT) if name.startswith(("opt", "var"))], [])
+                self.assertNotIn("boot/grub/grub.cfg", self.read(RECOVERY))
+                with self.mounted(RECOVERY) as recovery:
+                    self.assertEqual({f"backup/{file.name}": file.read_text() for file in (recovery / "backup").iterdir()
+                                      if file.name != "_nox_data.info"}, before)
 
     def test_copies_of_a_run_that_died_are_made_anew(self):
-        code, _, text = self.call("bios", *self.words(), PATH=self.image_tool('kill -9 "$PPID"'))
+        code, _, text = self.call("bios", *self.words(), PATH=self.image_tool('echo half >"$3"; kill -9 "$PPID"'))
         self.assertEqual(code, -signal.SIGKILL, text)
         with self.mounted(ROOT) as root:
             (root / "var/lib/status").unlink()
@@ -190,8 +206,19 @@ class RecoveryInstall(bootdisk.BootDisk):
         self.assertEqual(code, 0, text)
         root = self.read(ROOT)
         self.assertEqual([name for name in root if name.startswith(("opt", "var"))], [])
-        self.assertNotIn("backup/.copied-folders", self.read(RECOVERY))
+        self.assertEqual([name for name in self.read(RECOVERY) if name.startswith("backup/.")], [])
         self.assertEqual(self.restored(), root | {"opt/app/run": "program", "var/lib/status": "packages"})
+
+    @unittest.skipUnless(can_mount_btrfs(), "the kernel has no btrfs, or there is no mkfs.btrfs")
+    def test_a_system_in_a_subvolume_is_refused(self):
+        subprocess.run(["mkfs.btrfs", "-qf", self.disk.own(self.disk.parts[RECOVERY])], check=True)
+        with self.mounted(RECOVERY) as root:
+            subprocess.run(["btrfs", "--quiet", "subvolume", "create", root / "@"], check=True)
+        self.write(RECOVERY, {"@/etc/fstab": f"UUID={self.disk.uuid(RECOVERY)} / btrfs subvol=@ 0 0\n"})
+        code, calls, text = self.call("bios", *self.words(root=RECOVERY, recovery=SMALL, data=RECOVERY))
+        self.assertNotEqual(code, 0)
+        self.assertEqual(calls, [])
+        self.assertIn("lies in the subvolume @", text)
 
     def test_refusals_write_nothing(self):
         self.set_type(GRUB, LINUX)
@@ -218,6 +245,8 @@ class RecoveryInstall(bootdisk.BootDisk):
                 self.assertIn(reason, text)
         for booted, more, reason in (("bios", {"LAYERS": "lvm cryptodisk luks2"}, "is encrypted"),
                                      ("uefi", {"LAYERS": "unknown"}, "does not know"),
+                                     ("bios", {"BELOW": "raid1"}, "software RAID"),
+                                     ("bios", {"BELOW": "mpath"}, "multipath"),
                                      ("bios", {"PATH": f"{FAKES}:/usr/sbin:/usr/bin:/sbin:/bin"}, "kestro-clone is missing")):
             with self.subTest(reason):
                 code, calls, text = self.call(booted, *self.words(), **more)

@@ -53,6 +53,12 @@ class BootScripts(bootdisk.BootDisk):
                 path.parent.mkdir(parents=True, exist_ok=True)
                 path.write_text(text)
 
+    def put_core(self, text):
+        """The loader that the installed system's GRUB has built."""
+        with self.mounted(BOOT) as boot:
+            (boot / "grub/x86_64-efi").mkdir(exist_ok=True)
+            (boot / "grub/x86_64-efi/core.efi").write_text(text)
+
     def loaders(self):
         with self.mounted(EFI) as efi:
             return {str(path.relative_to(efi)): path.read_text() for path in sorted(efi.rglob("*.[eE][fF][iI]"))}
@@ -88,6 +94,8 @@ class BootScripts(bootdisk.BootDisk):
 
     def test_a_missing_entry_is_made_and_a_fallback_is_never_replaced(self):
         self.put_loaders(testos__grubx64_efi="grub", BOOT__bootx64_efi="somebody's")
+        # A number without an entry, too.
+        self.firmware(entries=self.firmware()["entries"], order=["0009", "0000"])
         for _ in range(2):
             code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
             self.assertEqual(code, 0, text)
@@ -103,6 +111,56 @@ class BootScripts(bootdisk.BootDisk):
                                              "--bootloader-id=testos --no-nvram --recheck"]), text)
         self.assertEqual(self.loaders(), {"EFI/BOOT/BOOTX64.EFI": "new\n", "EFI/testos/grubx64.efi": "new\n"})
         self.assertEqual(self.firmware()["order"], ["0001", "0000"])
+
+    def test_a_loader_of_another_system_is_left_alone(self):
+        self.put_loaders(other__grubx64_efi="other")
+        self.put_core("own")
+        code, calls, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+        self.assertEqual((code, len(calls)), (0, 1), text)
+        self.assertIn("--bootloader-id=testos", calls[0])
+        self.assertEqual(self.loaders(), {"EFI/BOOT/BOOTX64.EFI": "new\n", "EFI/other/grubx64.efi": "other",
+                                          "EFI/testos/grubx64.efi": "new\n"})
+        self.assertEqual(self.firmware()["order"], ["0001", "0000"])
+
+    def test_a_loader_in_a_folder_of_another_name(self):
+        self.put_loaders(another__grubx64_efi="other", base__grubx64_efi="own")
+        for mark in ("built by its GRUB", "reads its menu"):
+            with self.subTest(mark):
+                if mark == "reads its menu":
+                    with self.mounted(BOOT) as boot:
+                        (boot / "grub/x86_64-efi/core.efi").unlink()
+                    self.put_loaders(**{"base__grub.cfg": f"search.fs_uuid {self.disk.uuid(BOOT)} root\n"})
+                else:
+                    self.put_core("own")
+                code, calls, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+                self.assertEqual((code, calls), (0, []), text)
+                self.assertEqual(self.firmware()["entries"]["0001"],
+                                 [True, "base", self.own_entry(r"\EFI\base\grubx64.efi")])
+
+    def test_a_full_efi_partition_has_no_fallback(self):
+        self.put_loaders(testos__grubx64_efi="grub" * 100000, BOOT__other_efi="other")
+        with self.mounted(EFI) as efi, open(efi / "filling", "wb", buffering=0) as filling:
+            with self.assertRaises(OSError):
+                while filling.write(bytes(1 << 16)):
+                    os.fsync(filling)
+        code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+        self.assertEqual(code, 0, text)
+        self.assertEqual(self.firmware()["order"], ["0001", "0000"])
+        with self.mounted(EFI) as efi:
+            self.assertEqual([path.name for path in (efi / "EFI/BOOT").iterdir()], ["other.efi"])
+
+    def test_a_disk_with_an_mbr(self):
+        self.put_loaders(testos__grubx64_efi="grub")
+        self.make_mbr(0)
+        code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+        self.assertNotEqual(code, 0)
+        self.assertIn("has no partition UUID", text)
+        self.make_mbr(0x12abcd)
+        code, _, text = self.call("uefi", "resetEFI", self.disk.parts[EFI])
+        self.assertEqual(code, 0, text)
+        self.assertEqual(self.firmware()["order"], ["0001", "0000"])
+        self.assertEqual(self.firmware()["entries"]["0001"],
+                         [True, "testos", r"HD(1,MBR,0x12abcd,0x800,0x100000)/File(\EFI\testos\grubx64.efi)"])
 
     def test_grub_that_cannot_be_installed(self):
         for loader, code in ((None, 1), ("old", 0)):
@@ -176,9 +234,7 @@ class BootScripts(bootdisk.BootDisk):
         self.put_loaders(testos__grubx64_efi="newer")
         for core, count in (("newer", 0), ("older", 1)):
             with self.subTest(core):
-                with self.mounted(BOOT) as boot:
-                    (boot / "grub/x86_64-efi").mkdir(exist_ok=True)
-                    (boot / "grub/x86_64-efi/core.efi").write_text(core)
+                self.put_core(core)
                 code, calls, text = self.call("uefi", "resetEFI", self.disk.parts[EFI], GRUB_FAILS="1")
                 self.assertEqual((code, len(calls)), (0, count), text)
         self.assertEqual(self.loaders()["EFI/testos/grubx64.efi"], "newer")

@@ -3,6 +3,7 @@
 import json
 import os
 import pathlib
+import re
 import shlex
 import subprocess
 import sys
@@ -52,6 +53,14 @@ class BootDisk(unittest.TestCase):
         """Beside the EFI partition, pairs as those of LoopDisk."""
         self.disk = LoopDisk.create(self.folder / "disk.img", [(40, efi_file_system()), *partitions])
         self.addCleanup(self.disk.detach)
+
+    def make_mbr(self, signature):
+        """Writes an MBR over the disk's partition table (GPT); the partitions stay where they are."""
+        device = self.disk.own(self.disk.device)
+        table = subprocess.run(["sfdisk", "--dump", device], check=True, text=True, stdout=subprocess.PIPE).stdout
+        places = re.findall(r"start= *\d+, size= *\d+", table)
+        subprocess.run(["sfdisk", "--quiet", "--no-reread", "--no-tell-kernel", "--wipe", "always", device], check=True,
+                       text=True, input="\n".join(["label: dos", f"label-id: {signature:#x}", *places, ""]))
 
     def mounted(self, number):
         return Mounted(self.disk, number, self.folder / "point")
