@@ -72,6 +72,9 @@ struct Source
 
 Source lockedSource(const BlockDevice& device)
 {
+    if (device.size == 0) {
+        throw Failure(ExitCode::Refused, device.path + " has no size: no medium, or it does not answer");
+    }
     DeviceLocks locks = lockAgainstOtherRuns(device);
     File file = File::openDirect(device.path, O_RDONLY);
     refuseAnotherDevice(file, device);

@@ -142,6 +142,8 @@ void indexHeadersWithWrongCountsAreRefused()
     check(decodeIndexHeader(good, {}, 4096).has_value(), "a good index header");
     check(!decodeIndexHeader(good, {}, 8192).has_value(), "a section of another size");
     check(!decodeIndexHeader(good, {std::byte{1}}, 4096).has_value(), "another image's index");
+    check(!decodeIndexHeader(encodeIndexHeader({0, 1 << 20, 512, {}}, {}), {}, 4096).has_value(), "no source");
+    check(!decodeIndexHeader(encodeIndexHeader({mib, 1 << 20, 512, {}}, {}), {}, 4096).has_value(), "nothing of it");
     // Position and value of 64-bit numbers: counts, used bytes, chunk and sector size together.
     const std::vector<std::pair<std::size_t, std::uint64_t>> cases{{24, 0}, {32, 0}, {32, 1ULL << 20U},
         {32, (512ULL << 32U) | 4096}, {32, (512ULL << 32U) | (32 * mib)}, {40, ~0ULL}, {40, 1ULL << 60U}, {48, ~0ULL},
