@@ -161,6 +161,12 @@ void customFilesSurviveAndDamageShows()
     const auto section = encodeCustomFiles(files);
     check(section.size() == 4096 && decodeCustomFiles(section) == files, "custom files come back");
     check(encodeCustomFiles({}).empty() && decodeCustomFiles({})->empty(), "no custom files take no room");
+    while (files.size() < mostCustomFiles) {
+        files[std::to_string(files.size())] = {};
+    }
+    check(decodeCustomFiles(encodeCustomFiles(files)) == files, "as many as an image may have");
+    files["one too many"] = {};
+    check(!decodeCustomFiles(encodeCustomFiles(files)).has_value(), "one too many");
     for (std::size_t size = 0; size < 8 + 4 + 8; ++size) {
         check(size == 0 || !decodeCustomFiles(std::span(section).first(size)).has_value(),
             "cut at " + std::to_string(size));
