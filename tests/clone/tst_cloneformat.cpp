@@ -76,6 +76,8 @@ void rootsWithWrongNumbersAreRefused()
         {"complete without description", [](RootRecord& r) { r.metadata.size = 0; }},
         {"index beyond the limit", [](RootRecord& r) { r.fileSize = 1024 * mib, r.index.size = largestIndex + 4096; }},
         {"custom beyond the limit", [](RootRecord& r) { r.fileSize = 1024 * mib, r.custom.size = 17 * mib; }},
+        {"file that ends within a block", [](RootRecord& r) { r.fileSize += 512; }},
+        {"no sequence number is left", [](RootRecord& r) { r.sequence = ~0ULL; }},
         {"file shorter than a head",
             [](RootRecord& r) {
                 r = {1, false, 4096, {}, {}, {}, {}};
