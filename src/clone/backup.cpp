@@ -72,6 +72,9 @@ struct Source
 
 Source lockedSource(const BlockDevice& device)
 {
+    if (device.size == 0) {
+        throw Failure(ExitCode::Refused, device.path + " has no size: no medium, or it does not answer");
+    }
     DeviceLocks locks = lockAgainstOtherRuns(device);
     File file = File::openDirect(device.path, O_RDONLY);
     refuseAnotherDevice(file, device);
@@ -82,8 +85,10 @@ Source lockedSource(const BlockDevice& device)
 void refuseNewMounts(const BlockDevice& device, const FrozenMounts& frozen)
 {
     const auto mounts = mountsOf(device);
+    // A frozen file system counts as writable; one that is held read-only does so only when somebody undid that.
+    const auto still = frozen.devices();
     if (std::any_of(mounts.begin(), mounts.end(),
-            [&](const Mount& mount) { return hasWritableFileSystem(mount) && !frozen.holds(deviceOf(mount)); })) {
+            [&](const Mount& mount) { return hasWritableFileSystem(mount) && !still.contains(deviceOf(mount)); })) {
         throw Failure(ExitCode::Busy, device.path + " was mounted for writing while it was being read");
     }
 }

@@ -122,10 +122,14 @@ std::set<dev_t> foundationsOf(dev_t device)
     return found;
 }
 
-bool hasDevicesOnIt(const BlockDevice& device)
+std::vector<std::string> nodesBuiltOn(const BlockDevice& device)
 {
+    std::vector<std::string> nodes;
     std::error_code error;
-    return fs::directory_iterator(sysfsFolder(device.number) / "holders", error) != fs::directory_iterator();
+    for (const auto& entry : fs::directory_iterator(sysfsFolder(device.number) / "holders", error)) {
+        nodes.push_back(nodeOf(entry.path()));
+    }
+    return nodes;
 }
 
 std::string loopFileOf(dev_t device)

@@ -38,8 +38,9 @@ struct BlockDevice
 /// True when the first device is, or is built on, the second one.
 [[nodiscard]] bool liesOn(dev_t device, dev_t other);
 
-/// True when the device itself, not a partition of it, is part of another one: of a device-mapper or RAID device.
-[[nodiscard]] bool hasDevicesOnIt(const BlockDevice& device);
+/// The kernel's nodes of the device-mapper, RAID and like devices that the device itself, not a partition of it, is a
+/// part of.
+[[nodiscard]] std::vector<std::string> nodesBuiltOn(const BlockDevice& device);
 
 /// The file that a loop device stands for; empty for any other device.
 [[nodiscard]] std::string loopFileOf(dev_t device);

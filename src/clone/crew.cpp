@@ -48,6 +48,20 @@ void work(Shared& shared, const std::function<ChunkTask()>& makeTask)
     }
 }
 
+/// False when there is no room for another thread: fewer come to the same end. Throws when there is none for the first.
+bool startAnother(std::vector<std::jthread>& crew, Shared& shared, const std::function<ChunkTask()>& makeTask)
+{
+    try {
+        crew.emplace_back([&shared, &makeTask] { work(shared, makeTask); });
+        return true;
+    } catch (...) {
+        if (crew.empty()) {
+            throw;
+        }
+        return false;
+    }
+}
+
 } // namespace
 
 unsigned crewSize(const ImageIndex& index, std::uint64_t otherBytes)
@@ -63,9 +77,8 @@ void runCrew(std::uint64_t first, std::uint64_t last, unsigned threads, const st
     Shared shared{.next = first, .last = last, .stop = false, .mutex = {}, .failure = nullptr};
     {
         std::vector<std::jthread> crew;
-        for (unsigned i = 0; i < std::min<std::uint64_t>(threads, last - first); ++i) {
-            crew.emplace_back([&shared, &makeTask] { work(shared, makeTask); });
-        }
+        const auto wanted = std::min<std::uint64_t>(threads, last - first);
+        while (crew.size() < wanted && startAnother(crew, shared, makeTask)) { }
     }
     if (shared.failure) {
         std::rethrow_exception(shared.failure);

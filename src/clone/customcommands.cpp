@@ -43,6 +43,9 @@ std::vector<std::byte> fileContent(const std::string& path)
 
 std::vector<std::byte> encodedWithin(const CustomFiles& files)
 {
+    if (files.size() > mostCustomFiles) {
+        throw Failure(ExitCode::Refused, "an image may have " + std::to_string(mostCustomFiles) + " custom files");
+    }
     auto section = encodeCustomFiles(files);
     if (section.size() > largestCustomSection) {
         throw Failure(ExitCode::Refused, "the custom files of an image may have 16 MiB together");

@@ -92,7 +92,11 @@ std::optional<CustomFiles> decodeCustomFiles(std::span<const std::byte> section)
     if (section.size() < sizeof(std::uint32_t) || std::memcmp(magic.data(), customMagic.data(), magic.size()) != 0) {
         return std::nullopt;
     }
-    for (std::uint32_t left = takenNumber(section); left > 0; --left) {
+    std::uint32_t left = takenNumber(section);
+    if (left > mostCustomFiles) {
+        return std::nullopt;
+    }
+    for (; left > 0; --left) {
         const std::uint32_t nameSize = takenNumber(section);
         const std::uint32_t contentSize = takenNumber(section);
         const auto nameBytes = taken(section, nameSize);

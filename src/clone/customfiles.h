@@ -17,6 +17,9 @@ using CustomFiles = std::map<std::string, std::vector<std::byte>, std::less<>>;
 /// The largest custom file, in bytes.
 inline constexpr std::size_t largestCustomFile = 1U << 20U;
 
+/// Each of them takes memory besides its bytes.
+inline constexpr std::size_t mostCustomFiles = 4096;
+
 /// True for a plain file name: 1 to 255 bytes, no "/", no control character, not "." or "..".
 [[nodiscard]] bool isCustomFileName(std::string_view name);
 

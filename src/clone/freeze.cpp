@@ -65,11 +65,6 @@ std::set<dev_t> FrozenMounts::devices() const
     return devices;
 }
 
-bool FrozenMounts::holds(dev_t device) const
-{
-    return std::any_of(m_held.begin(), m_held.end(), [device](const Held& held) { return held.device == device; });
-}
-
 void FrozenMounts::openRoots(std::vector<Mount> mounts)
 {
     std::stable_partition(mounts.begin(), mounts.end(), isWritable);

@@ -29,8 +29,6 @@ public:
 
     /// True when anything had to be held.
     [[nodiscard]] bool any() const { return !m_held.empty(); }
-    /// True when the file system on this device is held.
-    [[nodiscard]] bool holds(dev_t device) const;
     /// The devices of the file systems that are frozen; without those that are read-only.
     [[nodiscard]] std::set<dev_t> devices() const;
     /// The run may give no sign of life so long from now on.

@@ -59,13 +59,33 @@ bool isKeptByUnknown(const BlockDevice& device)
 {
     constexpr int tries = 20;
     for (int i = 0; i < tries; ++i) {
-        if (!isKeptByAnybody(device.path) || !mountsOf(device).empty() || !swapOn(device).empty()
-            || hasDevicesOnIt(device)) {
+        if (!isKeptByAnybody(device.path) || !mountsOf(device).empty() || !swapOn(device).empty()) {
             return false;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
     return true;
+}
+
+/// The nodes whose users are the device's: its own, or those of all partitions and devices above it. A device that
+/// others are built on is kept by these, and they may have users of several kinds.
+std::vector<std::string> usedNodesOf(const std::string& node)
+{
+    const BlockDevice device = blockDeviceAt(node);
+    std::vector<std::string> above = partitionNodesOf(device);
+    // Whoever keeps a partition keeps its disk as well, so the disk tells something only when no partition does.
+    std::erase_if(above, [](const std::string& partition) { return !isKeptByAnybody(partition); });
+    const std::vector<std::string> built = nodesBuiltOn(device);
+    above.insert(above.end(), built.begin(), built.end());
+    if (above.empty()) {
+        return {node};
+    }
+    std::vector<std::string> used;
+    for (const std::string& upper : above) {
+        const std::vector<std::string> found = usedNodesOf(upper);
+        used.insert(used.end(), found.begin(), found.end());
+    }
+    return used;
 }
 
 } // namespace
@@ -129,13 +149,7 @@ void refuseSwapOn(const BlockDevice& device)
 
 void refuseUnknownUser(const BlockDevice& device)
 {
-    // Whoever keeps a partition keeps its disk as well, so the disk tells something only when no partition does.
-    std::vector<std::string> kept = partitionNodesOf(device);
-    std::erase_if(kept, [](const std::string& partition) { return !isKeptByAnybody(partition); });
-    if (kept.empty()) {
-        kept = {device.path};
-    }
-    for (const std::string& path : kept) {
+    for (const std::string& path : usedNodesOf(device.path)) {
         if (isKeptByUnknown(blockDeviceAt(path))) {
             throw Failure(ExitCode::Busy,
                 path + " is in use, but not by anything that can be made to stand still while it is read");

@@ -32,9 +32,9 @@ void refuseImageAmongDevices(const std::string& image);
 /// Throws Busy when the kernel swaps to the device or to something that is built on it.
 void refuseSwapOn(const BlockDevice& device);
 
-/// Throws Busy when somebody keeps the device, or a partition of it, for himself although no mount, swap space or
-/// device built on it is known: a further device of a mounted btrfs, or a mount of another name space. It cannot be
-/// frozen, and would be changed while it is read. Waits a moment for those who only look.
+/// Throws Busy when somebody keeps the device, a partition of it, or a device that is built on it for himself although
+/// no mount or swap space there is known: a further device of a mounted btrfs, or a mount of another name space. It
+/// cannot be frozen, and would be changed while it is read. Waits a moment for those who only look.
 void refuseUnknownUser(const BlockDevice& device);
 
 /// Throws TooSmall, with both sizes.

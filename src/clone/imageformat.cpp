@@ -88,7 +88,9 @@ bool isPlausible(const RootRecord& root)
         && isPlausible(root.metadata, root.fileSize, largestMetadata)
         && isPlausible(root.custom, root.fileSize, largestCustomSection);
     const bool needed = !root.complete || (root.index.size > 0 && root.metadata.size > 0);
-    return root.fileSize >= bodyPosition && sections && needed;
+    // A change begins where the file ends, and has the next number.
+    const bool canChange = root.fileSize % blockSize == 0 && root.sequence < ~std::uint64_t{0};
+    return root.fileSize >= bodyPosition && canChange && sections && needed;
 }
 
 } // namespace

@@ -38,7 +38,7 @@ bool arePlausible(const IndexNumbers& numbers, std::uint64_t sectionSize)
         (numbers.sectorSize == 512 || numbers.sectorSize == 4096) && numbers.sourceSize % numbers.sectorSize == 0;
     return chunk && sector && roundedUp(payload + indexHeaderSize) == sectionSize
         && numbers.chunkCount == numbers.usedBytes / numbers.chunkSize + (numbers.usedBytes % numbers.chunkSize != 0)
-        && numbers.usedBytes <= numbers.sourceSize;
+        && numbers.usedBytes > 0 && numbers.usedBytes <= numbers.sourceSize;
 }
 
 bool isPlausible(const ChunkRecord& chunk, std::uint32_t contentSize, std::uint64_t fileSize)

@@ -37,11 +37,13 @@ std::string unescaped(std::string_view text)
     return result;
 }
 
+/// Each blank ends a word, since those within one are escaped; a source may be an empty one. Nothing else does: a name
+/// may hold any other kind of space as it is.
 std::vector<std::string> words(const std::string& line)
 {
     std::istringstream stream(line);
     std::vector<std::string> result;
-    for (std::string word; stream >> word;) {
+    for (std::string word; std::getline(stream, word, ' ');) {
         result.push_back(word);
     }
     return result;
@@ -89,8 +91,8 @@ std::vector<std::string> parseSwaps(std::string_view text)
     std::string line;
     std::getline(lines, line);
     while (std::getline(lines, line)) {
-        if (const auto fields = words(line); !fields.empty()) {
-            swaps.push_back(unescaped(fields.front()));
+        if (const auto end = line.find_first_of(" \t"); end != 0 && !line.empty()) {
+            swaps.push_back(unescaped(line.substr(0, end)));
         }
     }
     return swaps;

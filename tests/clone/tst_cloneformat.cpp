@@ -76,6 +76,8 @@ void rootsWithWrongNumbersAreRefused()
         {"complete without description", [](RootRecord& r) { r.metadata.size = 0; }},
         {"index beyond the limit", [](RootRecord& r) { r.fileSize = 1024 * mib, r.index.size = largestIndex + 4096; }},
         {"custom beyond the limit", [](RootRecord& r) { r.fileSize = 1024 * mib, r.custom.size = 17 * mib; }},
+        {"file that ends within a block", [](RootRecord& r) { r.fileSize += 512; }},
+        {"no sequence number is left", [](RootRecord& r) { r.sequence = ~0ULL; }},
         {"file shorter than a head",
             [](RootRecord& r) {
                 r = {1, false, 4096, {}, {}, {}, {}};
@@ -142,6 +144,8 @@ void indexHeadersWithWrongCountsAreRefused()
     check(decodeIndexHeader(good, {}, 4096).has_value(), "a good index header");
     check(!decodeIndexHeader(good, {}, 8192).has_value(), "a section of another size");
     check(!decodeIndexHeader(good, {std::byte{1}}, 4096).has_value(), "another image's index");
+    check(!decodeIndexHeader(encodeIndexHeader({0, 1 << 20, 512, {}}, {}), {}, 4096).has_value(), "no source");
+    check(!decodeIndexHeader(encodeIndexHeader({mib, 1 << 20, 512, {}}, {}), {}, 4096).has_value(), "nothing of it");
     // Position and value of 64-bit numbers: counts, used bytes, chunk and sector size together.
     const std::vector<std::pair<std::size_t, std::uint64_t>> cases{{24, 0}, {32, 0}, {32, 1ULL << 20U},
         {32, (512ULL << 32U) | 4096}, {32, (512ULL << 32U) | (32 * mib)}, {40, ~0ULL}, {40, 1ULL << 60U}, {48, ~0ULL},
@@ -159,6 +163,12 @@ void customFilesSurviveAndDamageShows()
     const auto section = encodeCustomFiles(files);
     check(section.size() == 4096 && decodeCustomFiles(section) == files, "custom files come back");
     check(encodeCustomFiles({}).empty() && decodeCustomFiles({})->empty(), "no custom files take no room");
+    while (files.size() < mostCustomFiles) {
+        files[std::to_string(files.size())] = {};
+    }
+    check(decodeCustomFiles(encodeCustomFiles(files)) == files, "as many as an image may have");
+    files["one too many"] = {};
+    check(!decodeCustomFiles(encodeCustomFiles(files)).has_value(), "one too many");
     for (std::size_t size = 0; size < 8 + 4 + 8; ++size) {
         check(size == 0 || !decodeCustomFiles(std::span(section).first(size)).has_value(),
             "cut at " + std::to_string(size));

@@ -207,6 +207,24 @@ void powerCutsAtTheBeginning(const std::string& path)
     std::filesystem::remove(copy);
 }
 
+void customFilesAreLimited(const std::string& path)
+{
+    const std::string full = path + ".full";
+    CustomFiles files;
+    while (files.size() < mostCustomFiles) {
+        files[std::to_string(files.size())] = {};
+    }
+    (void)writeFreshHead(openLockedImage(full, O_RDWR | O_CREAT), files);
+    std::ofstream(full + ".record") << "record";
+    writeCustomFile("kim://" + full + "/0", full + ".record");
+    try {
+        writeCustomFile("kim://" + full + "/another", full + ".record");
+        check(false, "another custom file than the most is refused");
+    } catch (const Failure& failure) {
+        check(failure.code() == ExitCode::Refused, failure.what());
+    }
+}
+
 /// The index goes through a buffer of 1 MiB, which so many extents fill to the last byte.
 constexpr std::size_t fillingExtents = ((1U << 20U) - indexHeaderSize) / sizeof(Extent);
 
@@ -254,6 +272,7 @@ int main()
     everyTruncationShows(path);
     powerCutsLeaveTheOldFilesOrTheNew(path);
     powerCutsAtTheBeginning(path);
+    customFilesAreLimited(path);
     indexesOfAnySizeAreWritten(path);
     std::filesystem::remove_all(folder);
     return checkResult();

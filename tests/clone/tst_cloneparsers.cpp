@@ -38,13 +38,22 @@ void mountTableIsRead()
     check(mountOfPath({}, "/x") == nullptr, "no mounts");
     const Mount overlay{0, "/", "/o", "rw", "overlay", "none", "rw,lowerdir=/l,upperdir=/u\\040p,workdir=/w"};
     check(upperFolderOf(overlay) == "/u p" && upperFolderOf(mounts[0]).empty(), "what an overlay writes to");
+    for (const std::string space : {"\f", "\v", "\r"}) {
+        const std::string name = "/m/x" + space + "y" + space + "-" + space + "a" + space + "b" + space + "ro";
+        const auto odd = parseMountInfo("26 22 8:1 / " + name + " rw - ext4 /dev/sda1 rw\n");
+        check(odd.size() == 1 && odd[0].target == name && odd[0].source == "/dev/sda1" && isWritable(odd[0]),
+            "another kind of space in a name");
+    }
+    const auto unnamed = parseMountInfo("27 22 0:40 / /mnt/b rw - tmpfs  ro\n");
+    check(unnamed.size() == 1 && unnamed[0].source.empty() && !isWritable(unnamed[0]), "an empty source");
     check(hasOption("rw,noatime", "rw") && !hasOption("rwx,a=rw", "rw"), "whole options only");
 }
 
 void swapsAreRead()
 {
-    const auto swaps = parseSwaps("Filename\t\t\tType\t\tSize\n/dev/zram0  partition\t1\n/swap\\040file file 2\n");
-    check(swaps == std::vector<std::string>{"/dev/zram0", "/swap file"}, "two swaps");
+    const auto swaps =
+        parseSwaps("Filename\t\t\tType\t\tSize\n/dev/zram0  partition\t1\n/swap\\040file file 2\n/a\vb\t\tfile\n");
+    check(swaps == std::vector<std::string>{"/dev/zram0", "/swap file", "/a\vb"}, "three swaps");
     check(parseSwaps("").empty() && parseSwaps("Filename\n").empty(), "none");
 }
 

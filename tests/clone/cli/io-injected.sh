@@ -43,6 +43,10 @@ every_failure backup "$T/b.kim" fsync no_good_image --tui "$source" b.kim
 every_failure backup "$T/b.kim" ftruncate no_good_image --tui "$source" b.kim
 every_failure backup "$T" fsync no_good_image --tui "$source" b.kim
 
+# The kernel gives the progress, the reading back and one that works a thread, and no more: that one does it all.
+ASAN_OPTIONS=detect_leaks=0 strace -f -qq -o /dev/null -e inject=clone3:error=EAGAIN:when=4+ \
+    "$KESTRO_CLONE" --tui "$source" b.kim >/dev/null && echo "backup with few threads"
+
 # What a failure at the very end leaves is begun anew by the next run, although it has a custom file.
 printf 'UUID=1\n' >record
 prepare() {

@@ -25,6 +25,13 @@ for signal in TERM KILL; do
     { wait "$tool" || echo "ended by $signal"; } 2>/dev/null
     awaited $$ is_writable && echo writable
 done
+# Somebody makes it writable again meanwhile.
+rm -f b.kim
+slowly --tui "$source" b.kim
+grown b.kim 2000000 "$tool"
+mount -i -o remount,rw m
+wait "$tool" || echo "exit $?"
+same_every_time <err
 exec 8>m/open
 kc --tui "$source" b.kim | sed "s#$T#T#"
 exec 8>&-

@@ -28,6 +28,10 @@ kc --kim-info short.kim
 echo record >record
 kc --write-custom-file kim://begun.kim/DiskInfo record
 kc --tui begun.kim "$same"
+# A drive without a medium: the image of another one stays as it is.
+device empty 0 2>/dev/null
+kc --tui "$empty" a.kim
+kc --verify a.kim
 # The image on the source, and on the target.
 mounted "$source" m
 kc --tui "$source" m/a.kim
