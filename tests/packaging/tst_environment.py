@@ -92,8 +92,9 @@ class Session(unittest.TestCase):
         self.disk = LoopDisk.create(self.folder / "disk.img", [(16, ["mkfs.ext4", "-q"])])
         self.addCleanup(self.disk.detach)
         (self.folder / "bin").mkdir()
-        (self.folder / "bin/journalctl").write_text("#!/bin/sh\necho what happened\n")
-        (self.folder / "bin/journalctl").chmod(0o755)
+        for name, line in (("journalctl", "echo what happened"), ("udevadm", f'echo "$@" >{self.folder}/settled')):
+            (self.folder / "bin" / name).write_text(f"#!/bin/sh\n{line}\n")
+            (self.folder / "bin" / name).chmod(0o755)
 
     def call(self, script, *afterwards, medium="", device=None):
         """The printed text of AFTERWARDS, which runs where SCRIPT ran; self.errors is what both wrote to standard error."""
@@ -131,6 +132,8 @@ class Session(unittest.TestCase):
     def test_the_system_knows_what_it_was_started_from(self):
         conf = "/etc/kestro/system-recovery.conf"
         self.assertEqual(self.call("prepare", "cat", conf), f"UUID={self.disk.uuid(0)}\n")
+        # A task on a disk that is found late would fail.
+        self.assertEqual((self.folder / "settled").read_text(), "settle --timeout=30\n")
         self.assertEqual(self.call("prepare", "test", "!", "-e", conf, device="/dev/disk/by-uuid/gone"), "")
 
     def test_a_medium_on_disk_becomes_writable(self):
